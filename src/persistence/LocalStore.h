@@ -1,0 +1,112 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include "persistence/PersistedState.h"
+#include "support/BrindletError.h"
+#include "support/Files.h"
+
+namespace brindlet {
+
+/// A state file that can't be read, locked, or understood by this version.
+class LocalStoreError : public BrindletError {
+ public:
+  enum class Case { unsupportedSchema, unreadable, lockFailed };
+
+  [[nodiscard]] static LocalStoreError unsupportedSchema(std::int64_t version);
+  [[nodiscard]] static LocalStoreError unreadable(std::string reason);
+  [[nodiscard]] static LocalStoreError lockFailed(std::string reason);
+
+  [[nodiscard]] Case which() const { return case_; }
+  [[nodiscard]] std::int64_t version() const { return version_; }
+  [[nodiscard]] const std::string& reason() const { return reason_; }
+  [[nodiscard]] std::string description() const override;
+
+ private:
+  LocalStoreError(Case which, std::int64_t version, std::string reason)
+      : case_(which), version_(version), reason_(std::move(reason)) {}
+
+  Case case_;
+  std::int64_t version_;
+  std::string reason_;
+};
+
+/// The exclusive advisory lock on the lock file beside the state file, held for the life of
+/// the object. Taking it waits as long as another holder keeps it; it is not reentrant.
+class StateFileLock {
+ public:
+  /// Fails with LocalStoreError::lockFailed.
+  explicit StateFileLock(const std::filesystem::path& lockPath);
+  ~StateFileLock();
+  StateFileLock(const StateFileLock&) = delete;
+  StateFileLock& operator=(const StateFileLock&) = delete;
+
+ private:
+  FileDescriptor file_;
+};
+
+/// A document and the version of the file it was read from; no identity when there was no file.
+struct LoadedState {
+  PersistedState state;
+  std::optional<FileIdentity> identity;
+};
+
+/// Knows the state file: reads it, replaces it safely, keeps a recovery copy of each version it
+/// replaces, and takes the lock that orders writers across threads and processes. A value that
+/// holds no open file and no cache.
+class LocalStore {
+ public:
+  explicit LocalStore(std::filesystem::path url);
+
+  [[nodiscard]] const std::filesystem::path& url() const { return url_; }
+  /// "state.json.lock" beside the state file.
+  [[nodiscard]] std::filesystem::path lockPath() const;
+  /// "State Backups" beside the state file.
+  [[nodiscard]] std::filesystem::path recoveryFolder() const;
+
+  /// The current document; the initial one when there is no file. Fails with LocalStoreError.
+  [[nodiscard]] PersistedState load() const;
+  /// Like load, with the identity of the file version that was read.
+  [[nodiscard]] LoadedState loadWithIdentity() const;
+  /// Replaces the file, after copying the version it replaces into "State Backups".
+  void save(const PersistedState& state) const;
+  /// Rewrites a file of an older schema in the current one; runs once, before anything else.
+  void migrateToCurrentSchema() const;
+
+  /// Runs `body` while holding the lock, and gives back its result.
+  template <typename Body>
+  auto withExclusiveLock(Body&& body) const -> std::invoke_result_t<Body&> {
+    createDirectories(folder());
+    const StateFileLock lock(lockPath());
+    return body();
+  }
+
+  /// A locked read, change and write of the document; gives back the result of `change`, which
+  /// receives the document to alter. Any failure leaves the file as it was.
+  template <typename Change>
+  auto updateAtomically(Change&& change) const -> std::invoke_result_t<Change&, PersistedState&> {
+    return withExclusiveLock([&]() -> std::invoke_result_t<Change&, PersistedState&> {
+      PersistedState state = load();
+      if constexpr (std::is_void_v<std::invoke_result_t<Change&, PersistedState&>>) {
+        change(state);
+        save(state);
+      } else {
+        auto result = change(state);
+        save(state);
+        return result;
+      }
+    });
+  }
+
+ private:
+  [[nodiscard]] std::filesystem::path folder() const;
+
+  std::filesystem::path url_;
+};
+
+}  // namespace brindlet
