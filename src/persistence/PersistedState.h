@@ -21,15 +21,15 @@ struct PersistedState {
   static constexpr std::int64_t currentSchemaVersion = 2;
 
   std::int64_t schemaVersion = currentSchemaVersion;
-  std::vector<DomainGroup> groups;
-  std::optional<BlockSession> activeSession;
+  std::vector<DomainGroup> groups{};
+  std::optional<BlockSession> activeSession{};
   /// Counts committed task transactions.
   std::int64_t revision = 0;
-  std::vector<FocusTask> tasks;
-  std::vector<PlanningProposal> proposals;
+  std::vector<FocusTask> tasks{};
+  std::vector<PlanningProposal> proposals{};
   /// Oldest first; it only ever grows.
-  std::vector<TaskAuditEvent> auditEvents;
-  ProductivityPreferences preferences;
+  std::vector<TaskAuditEvent> auditEvents{};
+  ProductivityPreferences preferences{};
 
   /// The document of a system that has never saved: the seeded group and nothing else.
   [[nodiscard]] static const PersistedState& initial();

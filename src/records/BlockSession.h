@@ -29,10 +29,10 @@ inline constexpr EnumText<SessionState, 3> kSessionStateText{{{
 struct BlockSession {
   Uuid id = Uuid::random();
   /// A full copy taken when the session started or was last re-applied.
-  DomainGroup group;
+  DomainGroup group{};
   SessionMode mode = SessionMode::flexible;
-  Instant startedAt;
-  Instant endsAt;
+  Instant startedAt{};
+  Instant endsAt{};
   SessionState state = SessionState::active;
 
   friend bool operator==(const BlockSession&, const BlockSession&) = default;

@@ -13,8 +13,8 @@ namespace brindlet {
 /// A named list of sites that are blocked together.
 struct DomainGroup {
   Uuid id = Uuid::random();
-  std::string name;
-  std::vector<DomainRule> rules;  // in the user's order
+  std::string name{};
+  std::vector<DomainRule> rules{};  // in the user's order
   bool isEnabled = true;
 
   /// The group a new installation starts with. Its ids are the same on every machine, so a

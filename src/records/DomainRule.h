@@ -11,7 +11,7 @@ namespace brindlet {
 /// One site to block, as a normalised host name.
 struct DomainRule {
   Uuid id = Uuid::random();
-  std::string domain;
+  std::string domain{};
   /// A disabled rule stays in its group and isn't blocked.
   bool isEnabled = true;
 

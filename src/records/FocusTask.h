@@ -72,23 +72,23 @@ class ProductivityValidationError : public BrindletError {
 
 /// Every field but the title and the creation time, with the defaults of a new task.
 struct FocusTaskFields {
-  std::optional<Uuid> id;  // a fresh one when absent
-  std::string notes;
-  std::optional<LocalDay> plannedDay;
-  std::optional<Instant> scheduledStart;
-  std::optional<std::int64_t> estimatedMinutes;
+  std::optional<Uuid> id{};  // a fresh one when absent
+  std::string notes{};
+  std::optional<LocalDay> plannedDay{};
+  std::optional<Instant> scheduledStart{};
+  std::optional<std::int64_t> estimatedMinutes{};
   TaskPriority priority = TaskPriority::normal;
   std::int64_t manualPosition = 0;
   TaskStatus status = TaskStatus::pending;
-  std::optional<TaskReminder> reminder;
-  std::optional<Uuid> blockingGroupID;
-  std::optional<Instant> updatedAt;  // createdAt when absent
-  std::optional<Instant> startedAt;
-  std::optional<Instant> completedAt;
-  std::optional<Instant> lastSkippedAt;
+  std::optional<TaskReminder> reminder{};
+  std::optional<Uuid> blockingGroupID{};
+  std::optional<Instant> updatedAt{};  // createdAt when absent
+  std::optional<Instant> startedAt{};
+  std::optional<Instant> completedAt{};
+  std::optional<Instant> lastSkippedAt{};
   std::int64_t skipCount = 0;
   double accumulatedFocusSeconds = 0;
-  std::optional<Instant> activeSegmentStartedAt;
+  std::optional<Instant> activeSegmentStartedAt{};
 };
 
 /// One task of the plan, with its schedule and its measured focus time.
@@ -105,25 +105,25 @@ struct FocusTask {
   /// outside 0 to 1440 minutes.
   void validate() const;
 
-  Uuid id;
-  std::string title;
-  std::string notes;
-  std::optional<LocalDay> plannedDay;
-  std::optional<Instant> scheduledStart;
-  std::optional<std::int64_t> estimatedMinutes;
+  Uuid id{};
+  std::string title{};
+  std::string notes{};
+  std::optional<LocalDay> plannedDay{};
+  std::optional<Instant> scheduledStart{};
+  std::optional<std::int64_t> estimatedMinutes{};
   TaskPriority priority = TaskPriority::normal;
   std::int64_t manualPosition = 0;
   TaskStatus status = TaskStatus::pending;
-  std::optional<TaskReminder> reminder;
-  std::optional<Uuid> blockingGroupID;
-  Instant createdAt;
-  Instant updatedAt;
-  std::optional<Instant> startedAt;
-  std::optional<Instant> completedAt;
-  std::optional<Instant> lastSkippedAt;
+  std::optional<TaskReminder> reminder{};
+  std::optional<Uuid> blockingGroupID{};
+  Instant createdAt{};
+  Instant updatedAt{};
+  std::optional<Instant> startedAt{};
+  std::optional<Instant> completedAt{};
+  std::optional<Instant> lastSkippedAt{};
   std::int64_t skipCount = 0;
   double accumulatedFocusSeconds = 0;
-  std::optional<Instant> activeSegmentStartedAt;
+  std::optional<Instant> activeSegmentStartedAt{};
 
   friend bool operator==(const FocusTask&, const FocusTask&) = default;
 };

@@ -32,12 +32,12 @@ inline constexpr EnumText<ProposalStatus, 3> kProposalStatusText{{{
 struct PlanningProposal {
   Uuid id = Uuid::random();
   ProposalKind kind = ProposalKind::reschedule;
-  Uuid taskID;
-  std::string reason;
-  std::optional<LocalDay> originalPlannedDay;
-  std::optional<LocalDay> suggestedPlannedDay;
+  Uuid taskID{};
+  std::string reason{};
+  std::optional<LocalDay> originalPlannedDay{};
+  std::optional<LocalDay> suggestedPlannedDay{};
   ProposalStatus status = ProposalStatus::pending;
-  Instant createdAt;
+  Instant createdAt{};
 
   friend bool operator==(const PlanningProposal&, const PlanningProposal&) = default;
 };

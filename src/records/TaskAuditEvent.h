@@ -23,10 +23,10 @@ inline constexpr EnumText<MutationSource, 3> kMutationSourceText{{{
 /// One committed change of the plan, as the audit trail records it.
 struct TaskAuditEvent {
   Uuid id = Uuid::random();
-  Instant timestamp;
+  Instant timestamp{};
   MutationSource source = MutationSource::user;
-  std::string action;  // dotted, such as "task.create"
-  std::optional<Uuid> taskID;
+  std::string action{};  // dotted, such as "task.create"
+  std::optional<Uuid> taskID{};
 
   friend bool operator==(const TaskAuditEvent&, const TaskAuditEvent&) = default;
 };
