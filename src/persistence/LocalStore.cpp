@@ -120,10 +120,10 @@ void LocalStore::save(const PersistedState& state) const {
   validateTasks(state);
   createDirectories(folder());
   // The version about to be replaced is made safe first; if that fails, nothing is written.
-  if (const std::optional<FileContents> previous = readFileIfExists(url_)) {
+  if (fileExists(url_)) {
     createDirectories(recoveryFolder());
     const fs::path copy = recoveryFolder() / ("state-" + Uuid::random().uppercaseText() + ".json");
-    writeFileAtomically(copy, previous->bytes, kPrivateFileMode);
+    preserveVersion(url_, copy, kPrivateFileMode);
   }
   const std::string bytes = encodeState(state);
   writeFileAtomically(url_, bytes, kPrivateFileMode);

@@ -26,7 +26,11 @@ const PersistedState& PersistedState::initial() {
 }
 
 std::string encodeState(const PersistedState& state, JsonWriter::Style style) {
-  JsonWriter out(style);
+  // Generous guesses of each record's size; regrowing a 10 MB string costs more than spare room.
+  const std::size_t expectedSize = 4096 + state.tasks.size() * 1024 +
+                                   state.auditEvents.size() * 320 + state.proposals.size() * 512 +
+                                   state.groups.size() * 1024;
+  JsonWriter out(style, expectedSize);
   out.beginObject();
   if (state.activeSession) {
     out.key("activeSession");

@@ -95,30 +95,31 @@ void toJson(JsonWriter& out, const FocusTask& task) {
   out.endObject();
 }
 
+// Keys are read in the order the file keeps them, which makes each lookup immediate.
 FocusTask focusTaskFromJson(const JsonNode& node) {
   const JsonObject object = node.object();
   FocusTask task;
-  task.id = object.required("id").uuid();
-  task.title = object.required("title").string();
-  task.notes = object.required("notes").string();
-  task.plannedDay = optionalValue<LocalDay>(object, "plannedDay", localDayFromJson);
-  task.scheduledStart = optionalValue<Instant>(object, "scheduledStart", readInstant);
-  task.estimatedMinutes = optionalValue<std::int64_t>(
-      object, "estimatedMinutes", [](const JsonNode& n) { return n.integer(); });
-  task.priority = kTaskPriorityText.decode(object.required("priority"));
-  task.manualPosition = object.required("manualPosition").integer();
-  task.status = kTaskStatusText.decode(object.required("status"));
-  task.reminder = optionalValue<TaskReminder>(object, "reminder", taskReminderFromJson);
-  task.blockingGroupID = optionalValue<Uuid>(object, "blockingGroupID", readUuid);
-  task.createdAt = object.required("createdAt").instant();
-  task.updatedAt = object.required("updatedAt").instant();
-  task.startedAt = optionalValue<Instant>(object, "startedAt", readInstant);
-  task.completedAt = optionalValue<Instant>(object, "completedAt", readInstant);
-  task.lastSkippedAt = optionalValue<Instant>(object, "lastSkippedAt", readInstant);
-  task.skipCount = object.required("skipCount").integer();
   task.accumulatedFocusSeconds = object.required("accumulatedFocusSeconds").number();
   task.activeSegmentStartedAt =
       optionalValue<Instant>(object, "activeSegmentStartedAt", readInstant);
+  task.blockingGroupID = optionalValue<Uuid>(object, "blockingGroupID", readUuid);
+  task.completedAt = optionalValue<Instant>(object, "completedAt", readInstant);
+  task.createdAt = object.required("createdAt").instant();
+  task.estimatedMinutes = optionalValue<std::int64_t>(
+      object, "estimatedMinutes", [](const JsonNode& n) { return n.integer(); });
+  task.id = object.required("id").uuid();
+  task.lastSkippedAt = optionalValue<Instant>(object, "lastSkippedAt", readInstant);
+  task.manualPosition = object.required("manualPosition").integer();
+  task.notes = object.required("notes").string();
+  task.plannedDay = optionalValue<LocalDay>(object, "plannedDay", localDayFromJson);
+  task.priority = kTaskPriorityText.decode(object.required("priority"));
+  task.reminder = optionalValue<TaskReminder>(object, "reminder", taskReminderFromJson);
+  task.scheduledStart = optionalValue<Instant>(object, "scheduledStart", readInstant);
+  task.skipCount = object.required("skipCount").integer();
+  task.startedAt = optionalValue<Instant>(object, "startedAt", readInstant);
+  task.status = kTaskStatusText.decode(object.required("status"));
+  task.title = object.required("title").string();
+  task.updatedAt = object.required("updatedAt").instant();
   return task;
 }
 

@@ -16,11 +16,17 @@ void toJson(JsonWriter& out, const TaskAuditEvent& event) {
 
 TaskAuditEvent taskAuditEventFromJson(const JsonNode& node) {
   const JsonObject object = node.object();
-  return {.id = object.required("id").uuid(),
-          .timestamp = object.required("timestamp").instant(),
-          .source = kMutationSourceText.decode(object.required("source")),
-          .action = std::string(object.required("action").string()),
-          .taskID = json::optionalValue<Uuid>(object, "taskID", json::readUuid)};
+  // Read in the file's key order, which keeps each lookup short.
+  std::string action(object.required("action").string());
+  const Uuid id = object.required("id").uuid();
+  const MutationSource source = kMutationSourceText.decode(object.required("source"));
+  const auto taskID = json::optionalValue<Uuid>(object, "taskID", json::readUuid);
+  const Instant timestamp = object.required("timestamp").instant();
+  return {.id = id,
+          .timestamp = timestamp,
+          .source = source,
+          .action = std::move(action),
+          .taskID = taskID};
 }
 
 }  // namespace brindlet

@@ -164,6 +164,22 @@ void writeFileAtomically(const fs::path& path, std::string_view bytes, mode_t mo
   syncFolder(folder);
 }
 
+bool preserveVersion(const fs::path& from, const fs::path& to, mode_t mode) {
+  if (::link(from.c_str(), to.c_str()) == 0) {
+    syncFolder(folderOf(to));
+    return true;
+  }
+  const int error = errno;
+  const bool noHardLinksHere = error == EPERM || error == EXDEV || error == ENOTSUP ||
+                               error == EOPNOTSUPP || error == EMLINK || error == ENOSYS;
+  if (error == ENOENT && !fileExists(from)) return false;
+  if (!noHardLinksHere) failWith(error, "keep a copy of " + quotedPath(from));
+  const std::optional<FileContents> contents = readFileIfExists(from);
+  if (!contents) return false;
+  writeFileAtomically(to, contents->bytes, mode);
+  return true;
+}
+
 void copyFileAtomically(const fs::path& from, const fs::path& to, mode_t mode) {
   writeFileAtomically(to, readWholeFile(from).bytes, mode);
 }

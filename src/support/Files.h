@@ -70,6 +70,13 @@ void createDirectories(const std::filesystem::path& folder);
 void writeFileAtomically(const std::filesystem::path& path, std::string_view bytes,
                          mode_t mode = 0644);
 
+/// Keeps the version `from` holds now under the name `to`, durably; false when there is no file
+/// at `from`. A hard link where the file system has them: writers here replace files and never
+/// change one in place, so the linked version stays as it is, and a large file costs nothing to
+/// keep. Elsewhere the bytes are copied with writeFileAtomically. Fails with SystemError.
+bool preserveVersion(const std::filesystem::path& from, const std::filesystem::path& to,
+                     mode_t mode = 0644);
+
 /// Copies a file whole, with the same guarantee as writeFileAtomically at the destination.
 void copyFileAtomically(const std::filesystem::path& from, const std::filesystem::path& to,
                         mode_t mode = 0644);

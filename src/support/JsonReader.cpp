@@ -145,24 +145,59 @@ simdjson::dom::array JsonNode::array() const {
   return array;
 }
 
+namespace {
+
+bool keysAreSorted(simdjson::dom::object object) {
+  std::string_view previous;
+  bool first = true;
+  for (const auto field : object) {
+    if (!first && !(previous < field.key)) return false;
+    previous = field.key;
+    first = false;
+  }
+  return true;
+}
+
+}  // namespace
+
+JsonObject::JsonObject(simdjson::dom::object object, const JsonNode& node)
+    : object_(object), node_(&node), isSorted_(keysAreSorted(object)), next_(object.begin()) {}
+
+std::optional<simdjson::dom::element> JsonObject::find(std::string_view key) const {
+  if (!isSorted_) {
+    simdjson::dom::element value;
+    if (object_.at_key(key).get(value) != simdjson::SUCCESS) return std::nullopt;
+    return value;
+  }
+  auto at = lastFound_ < key ? next_ : object_.begin();
+  for (; at != object_.end(); ++at) {
+    const std::string_view candidate = at.key();
+    if (candidate == key) {
+      lastFound_ = candidate;
+      next_ = at;
+      ++next_;
+      return at.value();
+    }
+    if (key < candidate) break;
+  }
+  return std::nullopt;
+}
+
 JsonNode JsonObject::required(std::string_view key) const {
-  simdjson::dom::element value;
-  if (object_.at_key(key).get(value) != simdjson::SUCCESS) {
+  const auto value = find(key);
+  if (!value) {
     JsonNode(simdjson::dom::element(), node_, key).fail(DecodingError::Case::keyNotFound, "");
   }
-  return {value, node_, key};
+  return {*value, node_, key};
 }
 
 std::optional<JsonNode> JsonObject::optional(std::string_view key) const {
-  simdjson::dom::element value;
-  if (object_.at_key(key).get(value) != simdjson::SUCCESS || value.is_null()) return std::nullopt;
-  return JsonNode(value, node_, key);
+  const auto value = find(key);
+  if (!value || value->is_null()) return std::nullopt;
+  return JsonNode(*value, node_, key);
 }
 
-bool JsonObject::contains(std::string_view key) const {
-  simdjson::dom::element value;
-  return object_.at_key(key).get(value) == simdjson::SUCCESS;
-}
+bool JsonObject::contains(std::string_view key) const { return find(key).has_value(); }
 
 JsonDocument::JsonDocument(const std::string& text) {
   parse(text.data(), text.size(), text.capacity() >= text.size() + simdjson::SIMDJSON_PADDING);

@@ -87,7 +87,7 @@ class JsonNode {
 /// A JSON object, read by key.
 class JsonObject {
  public:
-  JsonObject(simdjson::dom::object object, const JsonNode& node) : object_(object), node_(&node) {}
+  JsonObject(simdjson::dom::object object, const JsonNode& node);
 
   /// The value of a key that must be there; null is a value of the wrong type.
   [[nodiscard]] JsonNode required(std::string_view key) const;
@@ -97,8 +97,15 @@ class JsonObject {
   [[nodiscard]] bool contains(std::string_view key) const;
 
  private:
+  [[nodiscard]] std::optional<simdjson::dom::element> find(std::string_view key) const;
+
   simdjson::dom::object object_;
   const JsonNode* node_;
+  // Decoders ask for keys in sorted order, the order files keep them in. In a sorted object the
+  // search goes on from the last key found, and stops at the first key past the one sought.
+  bool isSorted_;
+  mutable simdjson::dom::object::iterator next_;
+  mutable std::string_view lastFound_;
 };
 
 /// A parsed JSON text. Owns the parser's memory, which every node points into.

@@ -2,48 +2,76 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 
 namespace brindlet {
 namespace {
 
 constexpr char kHexDigits[] = "0123456789abcdef";
 
-void appendEscaped(std::string& out, std::string_view text) {
-  out += '"';
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    switch (c) {
-      case '"':
-        out += "\\\"";
-        break;
-      case '\\':
-        out += "\\\\";
-        break;
-      case '\n':
-        out += "\\n";
-        break;
-      case '\r':
-        out += "\\r";
-        break;
-      case '\t':
-        out += "\\t";
-        break;
-      case '\b':
-        out += "\\b";
-        break;
-      case '\f':
-        out += "\\f";
-        break;
-      default:
-        if (byte < 0x20) {
-          out += "\\u00";
-          out += kHexDigits[byte >> 4];
-          out += kHexDigits[byte & 0xF];
-        } else {
-          out += c;
-        }
+bool needsEscape(unsigned char byte) { return byte < 0x20 || byte == '"' || byte == '\\'; }
+
+void appendEscapedByte(std::string& out, char c) {
+  switch (c) {
+    case '"':
+      out += "\\\"";
+      break;
+    case '\\':
+      out += "\\\\";
+      break;
+    case '\n':
+      out += "\\n";
+      break;
+    case '\r':
+      out += "\\r";
+      break;
+    case '\t':
+      out += "\\t";
+      break;
+    case '\b':
+      out += "\\b";
+      break;
+    case '\f':
+      out += "\\f";
+      break;
+    default: {
+      const auto byte = static_cast<unsigned char>(c);
+      const char escape[] = {'\\', 'u', '0', '0', kHexDigits[byte >> 4], kHexDigits[byte & 0xF]};
+      out.append(escape, sizeof escape);
     }
   }
+}
+
+// Whether any of eight bytes is a control character, a quote or a backslash.
+bool wordNeedsEscape(std::uint64_t word) {
+  constexpr std::uint64_t kOnes = 0x0101010101010101ULL;
+  constexpr std::uint64_t kHighBits = 0x8080808080808080ULL;
+  const auto hasZeroByte = [](std::uint64_t v) { return ((v - kOnes) & ~v & kHighBits) != 0; };
+  const bool hasControl = ((word - kOnes * 0x20) & ~word & kHighBits) != 0;
+  return hasControl || hasZeroByte(word ^ (kOnes * '"')) || hasZeroByte(word ^ (kOnes * '\\'));
+}
+
+// Copies runs of plain bytes whole, eight at a time where it can; only the bytes JSON forbids
+// in a string are escaped. Notes and titles are long and almost never need escapes.
+void appendEscaped(std::string& out, std::string_view text) {
+  out += '"';
+  std::size_t runStart = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (i + 8 <= text.size()) {
+      std::uint64_t word = 0;
+      std::memcpy(&word, text.data() + i, sizeof word);
+      if (!wordNeedsEscape(word)) {
+        i += 7;
+        continue;
+      }
+    }
+    if (!needsEscape(static_cast<unsigned char>(text[i]))) continue;
+    out.append(text.data() + runStart, i - runStart);
+    appendEscapedByte(out, text[i]);
+    runStart = i + 1;
+  }
+  out.append(text.data() + runStart, text.size() - runStart);
   out += '"';
 }
 
@@ -53,7 +81,9 @@ std::string EncodingError::description() const {
   return "The data could not be written: " + reason_;
 }
 
-JsonWriter::JsonWriter(Style style) : style_(style) {}
+JsonWriter::JsonWriter(Style style, std::size_t expectedSize) : style_(style) {
+  out_.reserve(expectedSize);
+}
 
 void JsonWriter::newline() {
   if (style_ == Style::compact) return;

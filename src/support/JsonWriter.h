@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -25,7 +26,8 @@ class JsonWriter {
  public:
   enum class Style { pretty, compact };
 
-  explicit JsonWriter(Style style = Style::pretty);
+  /// `expectedSize` reserves room for the text up front, sparing regrowth of a large document.
+  explicit JsonWriter(Style style = Style::pretty, std::size_t expectedSize = 0);
 
   JsonWriter& beginObject();
   JsonWriter& endObject();

@@ -98,3 +98,32 @@ TEST(FilesTest, CreatingAFolderWhereAFileStandsFails) {
 
 }  // namespace
 }  // namespace brindlet
+
+namespace brindlet {
+namespace {
+
+TEST(FilesTest, PreservedVersionKeepsItsBytesWhenTheFileIsReplaced) {
+  const testing::TempDir dir;
+  writeFileAtomically(dir / "state", "old version");
+  ASSERT_TRUE(preserveVersion(dir / "state", dir / "kept"));
+  writeFileAtomically(dir / "state", "new version");
+  EXPECT_EQ(testing::readBytes(dir / "kept"), "old version");
+  EXPECT_EQ(testing::readBytes(dir / "state"), "new version");
+}
+
+TEST(FilesTest, PreservingAMissingFileKeepsNothing) {
+  const testing::TempDir dir;
+  EXPECT_FALSE(preserveVersion(dir / "none", dir / "kept"));
+  EXPECT_FALSE(fileExists(dir / "kept"));
+}
+
+TEST(FilesTest, PreservingOntoAnExistingNameFails) {
+  const testing::TempDir dir;
+  writeFileAtomically(dir / "state", "a");
+  writeFileAtomically(dir / "kept", "b");
+  EXPECT_THROW(preserveVersion(dir / "state", dir / "kept"), SystemError);
+  EXPECT_EQ(testing::readBytes(dir / "kept"), "b");
+}
+
+}  // namespace
+}  // namespace brindlet

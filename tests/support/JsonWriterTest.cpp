@@ -82,3 +82,30 @@ TEST(JsonWriterTest, IntegersKeepEveryDigit) {
 
 }  // namespace
 }  // namespace brindlet
+
+namespace brindlet {
+namespace {
+
+TEST(JsonWriterTest, EscapesAtEveryPositionOfALongText) {
+  for (const char special : {'"', '\\', '\n', '\x1f', '\0'}) {
+    for (std::size_t at = 0; at < 24; ++at) {
+      std::string text = "abcdefghijklmnopqrstuvwx";
+      text[at] = special;
+      JsonWriter out(JsonWriter::Style::compact);
+      out.string(text);
+      EXPECT_EQ(out.text().size(),
+                text.size() + 2 + (special == '\x1f' || special == '\0' ? 5 : 1));
+      const JsonDocument document(out.text());
+      EXPECT_EQ(document.root().string(), text) << at;
+    }
+  }
+}
+
+TEST(JsonWriterTest, MultiByteCharactersPassThroughUnescaped) {
+  JsonWriter out(JsonWriter::Style::compact);
+  out.string("ÄÖÜ ßø 日本語 😀 and more plain text");
+  EXPECT_EQ(out.text(), "\"ÄÖÜ ßø 日本語 😀 and more plain text\"");
+}
+
+}  // namespace
+}  // namespace brindlet
