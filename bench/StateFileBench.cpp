@@ -24,7 +24,8 @@ struct Fixture {
   PersistedState state;
   std::string bytes;
 
-  Fixture() : folder(makeFolder()), store(folder / "state.json"), state(generateState(7000, 25000, 7)) {
+  Fixture()
+      : folder(makeFolder()), store(folder / "state.json"), state(generateState(7000, 25000, 7)) {
     store.save(state);
     bytes = readWholeFile(store.url()).bytes;
   }

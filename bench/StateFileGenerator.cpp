@@ -7,9 +7,9 @@
 namespace brindlet::bench {
 namespace {
 
-constexpr std::array<const char*, 12> kWords = {
-    "Draft", "review", "report", "call", "plan", "budget", "email", "design",
-    "notes", "fix",    "sprint", "write"};
+constexpr std::array<const char*, 12> kWords = {"Draft", "review", "report", "call",
+                                                "plan",  "budget", "email",  "design",
+                                                "notes", "fix",    "sprint", "write"};
 
 class Generator {
  public:
