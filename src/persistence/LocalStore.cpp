@@ -120,10 +120,13 @@ void LocalStore::save(const PersistedState& state) const {
   validateTasks(state);
   createDirectories(folder());
   // The version about to be replaced is made safe first; if that fails, nothing is written.
-  if (const std::optional<FileContents> previous = readFileIfExists(url_)) {
+  if (fileExists(url_)) {
     createDirectories(recoveryFolder());
     const fs::path copy = recoveryFolder() / ("state-" + Uuid::random().uppercaseText() + ".json");
-    writeFileAtomically(copy, previous->bytes, kPrivateFileMode);
+    // Every writer replaces the file and none changes it in place, so a second name for the
+    // current version keeps its bytes once the new file has taken the name over, without
+    // writing them again. Where the file system has no second names, the bytes are copied.
+    if (!linkFileDurably(url_, copy)) copyFileAtomically(url_, copy, kPrivateFileMode);
   }
   const std::string bytes = encodeState(state);
   writeFileAtomically(url_, bytes, kPrivateFileMode);

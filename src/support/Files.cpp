@@ -164,6 +164,19 @@ void writeFileAtomically(const fs::path& path, std::string_view bytes, mode_t mo
   syncFolder(folder);
 }
 
+bool linkFileDurably(const fs::path& from, const fs::path& to) {
+  if (::link(from.c_str(), to.c_str()) != 0) {
+    const int error = errno;
+    if (error == EXDEV || error == EPERM || error == EMLINK || error == ENOTSUP ||
+        error == ENOSYS) {
+      return false;
+    }
+    failWith(error, "copy " + quotedPath(from) + " to " + quotedPath(to));
+  }
+  syncFolder(folderOf(to));
+  return true;
+}
+
 void copyFileAtomically(const fs::path& from, const fs::path& to, mode_t mode) {
   writeFileAtomically(to, readWholeFile(from).bytes, mode);
 }

@@ -70,6 +70,12 @@ void createDirectories(const std::filesystem::path& folder);
 void writeFileAtomically(const std::filesystem::path& path, std::string_view bytes,
                          mode_t mode = 0644);
 
+/// Gives the file at `from` the second name `to` and flushes the folder of `to`, so the name
+/// survives a crash. False, with nothing done, when the file system has no second names for a
+/// file; fails with SystemError otherwise.
+[[nodiscard]] bool linkFileDurably(const std::filesystem::path& from,
+                                   const std::filesystem::path& to);
+
 /// Copies a file whole, with the same guarantee as writeFileAtomically at the destination.
 void copyFileAtomically(const std::filesystem::path& from, const std::filesystem::path& to,
                         mode_t mode = 0644);

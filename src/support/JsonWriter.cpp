@@ -2,15 +2,48 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 
 namespace brindlet {
 namespace {
 
 constexpr char kHexDigits[] = "0123456789abcdef";
 
+bool needsEscape(char c) { return c == '"' || c == '\\' || static_cast<unsigned char>(c) < 0x20; }
+
+// Whether any of eight bytes may need escaping: one below 0x20, a quote or a backslash. A
+// borrow can flag a byte falsely only above one that truly matches, so "none" is exact.
+bool mayNeedEscape(std::uint64_t word) {
+  constexpr std::uint64_t kOnes = 0x0101010101010101ULL;
+  constexpr std::uint64_t kHighBits = 0x8080808080808080ULL;
+  const auto hasByteBelow = [&](std::uint64_t value, std::uint64_t limit) {
+    return ((value - kOnes * limit) & ~value & kHighBits) != 0;
+  };
+  return hasByteBelow(word, 0x20) || hasByteBelow(word ^ (kOnes * '"'), 1) ||
+         hasByteBelow(word ^ (kOnes * '\\'), 1);
+}
+
+// The length of the leading run of `text` that stands for itself in JSON.
+std::size_t plainRun(std::string_view text) {
+  std::size_t run = 0;
+  for (std::uint64_t word = 0; run + sizeof word <= text.size(); run += sizeof word) {
+    std::memcpy(&word, text.data() + run, sizeof word);
+    if (mayNeedEscape(word)) break;
+  }
+  while (run < text.size() && !needsEscape(text[run])) ++run;
+  return run;
+}
+
 void appendEscaped(std::string& out, std::string_view text) {
   out += '"';
-  for (const char c : text) {
+  // Runs of characters that stand for themselves are appended whole; plans are mostly such
+  // text, and the state file is written whole at every change.
+  while (!text.empty()) {
+    const std::size_t run = plainRun(text);
+    out.append(text.data(), run);
+    if (run == text.size()) break;
+    const char c = text[run];
     const auto byte = static_cast<unsigned char>(c);
     switch (c) {
       case '"':
@@ -35,14 +68,11 @@ void appendEscaped(std::string& out, std::string_view text) {
         out += "\\f";
         break;
       default:
-        if (byte < 0x20) {
-          out += "\\u00";
-          out += kHexDigits[byte >> 4];
-          out += kHexDigits[byte & 0xF];
-        } else {
-          out += c;
-        }
+        out += "\\u00";
+        out += kHexDigits[byte >> 4];
+        out += kHexDigits[byte & 0xF];
     }
+    text.remove_prefix(run + 1);
   }
   out += '"';
 }
