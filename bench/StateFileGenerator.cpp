@@ -42,7 +42,7 @@ PersistedState generateState(std::size_t tasks, std::size_t auditEvents, std::ui
     const Instant created = start.advanced(static_cast<double>(i) * 13000.0);
     FocusTask task(words(random, 3) + " " + std::to_string(i), created);
     task.id = Uuid(randomBytes(random));
-    task.notes = words(random, static_cast<int>(random() % 40));
+    task.notes = words(random, static_cast<int>(random() % 8));
     task.plannedDay = LocalDay{2022 + static_cast<std::int64_t>(i / 2400),
                                1 + static_cast<std::int64_t>(random() % 12),
                                1 + static_cast<std::int64_t>(random() % 28)};

@@ -171,7 +171,7 @@ TEST_F(TaskStoreProcessTest, ProcessKilledDuringTransactionsLeavesLoadableFileAt
   local_.save(seed);
 
   std::mt19937 random(20261121);
-  std::uniform_int_distribution<int> delayMicroseconds(0, 50000);
+  std::uniform_int_distribution<int> delayMicroseconds(0, 40000);
   std::int64_t totalReported = 0;
   int killedAfterCommitBeforeReport = 0;
   for (int round = 0; round < kKills; ++round) {
@@ -187,10 +187,15 @@ TEST_F(TaskStoreProcessTest, ProcessKilledDuringTransactionsLeavesLoadableFileAt
       }
     });
     reports.closeWriteEnd();
+    // Every other round lets the child commit once first, so that however slow the machine,
+    // half the kills land among transactions rather than during the start of the process.
+    std::int64_t reported = 0;
+    char first = 0;
+    if (round % 2 == 1 && ::read(reports.readEnd(), &first, 1) == 1) ++reported;
     std::this_thread::sleep_for(std::chrono::microseconds(delayMicroseconds(random)));
     child.kill();
     (void)child.wait();
-    const auto reported = static_cast<std::int64_t>(reports.drain().size());
+    reported += static_cast<std::int64_t>(reports.drain().size());
 
     PersistedState after;
     ASSERT_NO_THROW(after = local_.load()) << "round " << round;
@@ -201,8 +206,7 @@ TEST_F(TaskStoreProcessTest, ProcessKilledDuringTransactionsLeavesLoadableFileAt
     totalReported += reported;
     if (committed == reported + 1) ++killedAfterCommitBeforeReport;
   }
-  // The kills must have landed among real commits for the loop to show anything.
-  EXPECT_GE(totalReported, kKills / 4);
+  EXPECT_GE(totalReported, kKills / 2);
   RecordProperty("commitsReported", static_cast<int>(totalReported));
   RecordProperty("killedAfterCommitBeforeReport", killedAfterCommitBeforeReport);
 }
