@@ -12,6 +12,23 @@ void writeList(JsonWriter& out, std::string_view key, const std::vector<Record>&
   out.endArray();
 }
 
+// A generous guess at the length of the pretty text. A plan of years is megabytes long, and
+// growing the text step by step would cost more than writing it; a guess too high costs nothing,
+// since unused room is never touched, and one too low only means some growth after all.
+std::size_t estimatedTextSize(const PersistedState& state) {
+  constexpr std::size_t kPerTask = 1024;
+  constexpr std::size_t kPerAuditEvent = 320;
+  constexpr std::size_t kPerRecord = 1024;
+  std::size_t size = 4096 + state.auditEvents.size() * kPerAuditEvent +
+                     (state.proposals.size() + state.groups.size()) * kPerRecord;
+  for (const FocusTask& task : state.tasks) {
+    size += kPerTask + 2 * (task.title.size() + task.notes.size());
+  }
+  for (const PlanningProposal& proposal : state.proposals) size += 2 * proposal.reason.size();
+  for (const DomainGroup& group : state.groups) size += group.rules.size() * kPerRecord;
+  return size;
+}
+
 PersistedState makeInitial() {
   PersistedState state;
   state.groups = {DomainGroup::socialDistractions()};
@@ -27,6 +44,7 @@ const PersistedState& PersistedState::initial() {
 
 std::string encodeState(const PersistedState& state, JsonWriter::Style style) {
   JsonWriter out(style);
+  out.reserve(estimatedTextSize(state));
   out.beginObject();
   if (state.activeSession) {
     out.key("activeSession");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -26,6 +27,10 @@ class JsonWriter {
   enum class Style { pretty, compact };
 
   explicit JsonWriter(Style style = Style::pretty);
+
+  /// Makes room for `bytes` of text ahead, so that a long text isn't moved again and again as
+  /// it grows. Room that stays unused is never touched.
+  void reserve(std::size_t bytes) { out_.reserve(bytes); }
 
   JsonWriter& beginObject();
   JsonWriter& endObject();
