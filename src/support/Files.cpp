@@ -165,7 +165,8 @@ void writeFileAtomically(const fs::path& path, std::string_view bytes, mode_t mo
 }
 
 bool linkFileDurably(const fs::path& from, const fs::path& to) {
-  if (::link(from.c_str(), to.c_str()) != 0) {
+  // A symbolic link is followed: the second name goes to the file that holds the bytes.
+  if (::linkat(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), AT_SYMLINK_FOLLOW) != 0) {
     const int error = errno;
     if (error == EXDEV || error == EPERM || error == EMLINK || error == ENOTSUP ||
         error == ENOSYS) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <set>
 #include <stdexcept>
 
 #include "Builders.h"
@@ -159,6 +160,22 @@ TEST_F(TaskStoreTransactionTest, ChangeThatAltersNothingStillCommits) {
   ASSERT_EQ(copies.size(), 1U);
   EXPECT_EQ(readBytes(copies.front()), before);
   EXPECT_EQ(local_.load().revision, 1);
+}
+
+TEST_F(TaskStoreTransactionTest, RecoveryCopiesKeepEveryReplacedVersion) {
+  TaskStore store(local_);
+  std::set<std::string> replaced;
+  for (int i = 0; i < 3; ++i) {
+    replaced.insert(readBytes(url_));
+    (void)store.transact(i, MutationSource::user, "task.create", std::nullopt, kTestNow,
+                         addTask("Task " + std::to_string(i)));
+  }
+
+  std::set<std::string> copies;
+  for (const fs::path& copy : filesIn(local_.recoveryFolder())) copies.insert(readBytes(copy));
+  EXPECT_EQ(copies, replaced);
+  EXPECT_FALSE(copies.contains(readBytes(url_)));
+  EXPECT_EQ(local_.load().revision, 3);
 }
 
 TEST_F(TaskStoreTransactionTest, SnapshotOfUnreadableFileReturnsLastGoodDocument) {
