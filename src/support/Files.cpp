@@ -165,7 +165,8 @@ void writeFileAtomically(const fs::path& path, std::string_view bytes, mode_t mo
 }
 
 bool preserveVersion(const fs::path& from, const fs::path& to, mode_t mode) {
-  if (::link(from.c_str(), to.c_str()) == 0) {
+  // A state file that is a symbolic link is followed: the second name goes to the bytes.
+  if (::linkat(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), AT_SYMLINK_FOLLOW) == 0) {
     syncFolder(folderOf(to));
     return true;
   }
