@@ -1,5 +1,7 @@
 #include "blocking/HostsDocument.h"
 
+#include <algorithm>
+
 namespace brindlet {
 
 std::string HostsDocumentError::description() const {
@@ -57,9 +59,16 @@ std::optional<HostsDocument::Range> HostsDocument::managedRange() const {
   return Range{begins.first, ends.first + endMarker.size()};
 }
 
-std::string HostsDocument::removingManagedBlock() const {
+std::string HostsDocument::removingManagedBlock() const { return withoutBlock(0); }
+
+std::string HostsDocument::withoutBlock(std::size_t spareCapacity) const {
   const std::optional<Range> range = managedRange();
-  if (!range) return source_;
+  if (!range) {
+    std::string copy;
+    copy.reserve(source_.size() + spareCapacity);
+    copy.append(source_);
+    return copy;
+  }
   std::size_t lower = range->lower;
   std::size_t upper = range->upper;
   const bool tookPrecedingLineFeed = lower > 0 && isLoneLineFeedAt(source_, lower - 1);
@@ -70,30 +79,37 @@ std::string HostsDocument::removingManagedBlock() const {
     if (!tookPrecedingLineFeed || behind == source_.size()) upper = behind;
   }
   std::string result;
-  result.reserve(source_.size() - (upper - lower));
+  result.reserve(source_.size() - (upper - lower) + spareCapacity);
   result.append(source_, 0, lower);
   result.append(source_, upper, std::string::npos);
+  // Text on both sides of the block may join into a marker once the block is gone, as in
+  // "# B" + block + "EGIN BRINDLET ...". Such a file could never be read again, so it is
+  // refused like any other malformed one. Only a marker across the joint can be new.
+  const std::size_t reach = std::max(beginMarker.size(), endMarker.size()) - 1;
+  const std::size_t from = lower > reach ? lower - reach : 0;
+  const std::string_view joint = std::string_view(result).substr(from, 2 * reach);
+  if (joint.find(beginMarker) != std::string_view::npos ||
+      joint.find(endMarker) != std::string_view::npos) {
+    throw HostsDocumentError();
+  }
   return result;
 }
 
 std::string HostsDocument::applying(const std::vector<std::string>& hosts) const {
-  const std::string base = removingManagedBlock();
   const std::set<std::string> sorted(hosts.begin(), hosts.end());
+  std::size_t blockSize = beginMarker.size() + endMarker.size() + 3;
+  for (const std::string& host : sorted) blockSize += kLoopbackAddress.size() + host.size() + 2;
 
-  std::string block;
-  block.append(beginMarker).push_back('\n');
-  for (const std::string& host : sorted) {
-    block.append(kLoopbackAddress).append(" ").append(host).push_back('\n');
-  }
-  block.append(endMarker).push_back('\n');
-
-  if (base.empty()) return block;
+  // The base gets room for the block up front, so the large text is copied only once.
+  std::string result = withoutBlock(blockSize);
   // A base that already ends in a line feed gets a blank line before the block; removing the
   // block takes exactly that line feed away again, so the user's bytes come back unchanged.
-  std::string result;
-  result.reserve(base.size() + 1 + block.size());
-  result.append(base).push_back('\n');
-  result.append(block);
+  if (!result.empty()) result.push_back('\n');
+  result.append(beginMarker).push_back('\n');
+  for (const std::string& host : sorted) {
+    result.append(kLoopbackAddress).append(" ").append(host).push_back('\n');
+  }
+  result.append(endMarker).push_back('\n');
   return result;
 }
 

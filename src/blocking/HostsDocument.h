@@ -55,6 +55,8 @@ class HostsDocument {
 
   /// From the first character of the begin marker to behind the end marker.
   [[nodiscard]] std::optional<Range> managedRange() const;
+  /// The text without the block, with room for `spareCapacity` more characters.
+  [[nodiscard]] std::string withoutBlock(std::size_t spareCapacity) const;
 
   std::string source_;
 };

@@ -146,6 +146,15 @@ TEST(HostsDocumentTest, CrlfFileComesBackByteForByte) {
   EXPECT_EQ(HostsDocument(applied).applying({"example.com"}), applied);
 }
 
+TEST(HostsDocumentTest, TextThatWouldJoinIntoAMarkerAroundTheBlockIsMalformed) {
+  // Removing the block would leave "# B" and "EGIN BRINDLET MANAGED BLOCK" side by side.
+  const std::string source = "# B" + blockOf({"127.0.0.1 a.com"}) + "EGIN BRINDLET MANAGED BLOCK\n";
+  const HostsDocument document(source);
+  EXPECT_THROW((void)document.removingManagedBlock(), HostsDocumentError);
+  EXPECT_THROW((void)document.applying({"example.com"}), HostsDocumentError);
+  EXPECT_EQ(document.managedHosts(), (std::set<std::string>{"a.com"}));
+}
+
 TEST(HostsDocumentTest, DescriptionIsTheFixedWords) {
   EXPECT_EQ(HostsDocumentError().description(),
             "Brindlet found malformed managed markers and left the hosts file unchanged.");
