@@ -73,8 +73,8 @@ TEST(MacOSPrivilegedCommandRunnerTest,
 }
 
 TEST(MacOSPrivilegedCommandRunnerTest, OtherFailureIsWriteFailedWithTrimmedText) {
-  EXPECT_EQ(outcomeFailure(1, "  cp: /etc/hosts: Read-only file system\n"),
-            BlockingError::writeFailed("cp: /etc/hosts: Read-only file system"));
+  EXPECT_EQ(outcomeFailure(1, "  cp: /Volumes/System/hosts: Read-only file system\n"),
+            BlockingError::writeFailed("cp: /Volumes/System/hosts: Read-only file system"));
   EXPECT_NO_THROW(Runner::checkOutcome(0, "warnings are no failure"));
 }
 
