@@ -161,18 +161,18 @@ bool keysAreSorted(simdjson::dom::object object) {
 }  // namespace
 
 JsonObject::JsonObject(simdjson::dom::object object, const JsonNode& node)
-    : object_(object), node_(&node), isSorted_(keysAreSorted(object)), next_(object.begin()) {}
+    : object_(object), node_(&node), next_(object.begin()) {}
+
+bool JsonObject::isSorted() const {
+  if (!isSorted_) isSorted_ = keysAreSorted(object_);
+  return *isSorted_;
+}
 
 std::optional<simdjson::dom::element> JsonObject::find(std::string_view key) const {
-  if (!isSorted_) {
-    simdjson::dom::element value;
-    if (object_.at_key(key).get(value) != simdjson::SUCCESS) return std::nullopt;
-    return value;
-  }
   auto at = lastFound_ < key ? next_ : object_.begin();
   for (; at != object_.end(); ++at) {
     const std::string_view candidate = at.key();
-    if (candidate == key) {
+    if (candidate.size() == key.size() && candidate.front() == key.front() && candidate == key) {
       lastFound_ = candidate;
       next_ = at;
       ++next_;
@@ -180,7 +180,11 @@ std::optional<simdjson::dom::element> JsonObject::find(std::string_view key) con
     }
     if (key < candidate) break;
   }
-  return std::nullopt;
+  if (isSorted()) return std::nullopt;
+  // Keys out of order, as a hand-edited file may have them: look at every key.
+  simdjson::dom::element value;
+  if (object_.at_key(key).get(value) != simdjson::SUCCESS) return std::nullopt;
+  return value;
 }
 
 JsonNode JsonObject::required(std::string_view key) const {

@@ -101,9 +101,12 @@ class JsonObject {
 
   simdjson::dom::object object_;
   const JsonNode* node_;
-  // Decoders ask for keys in sorted order, the order files keep them in. In a sorted object the
-  // search goes on from the last key found, and stops at the first key past the one sought.
-  bool isSorted_;
+  [[nodiscard]] bool isSorted() const;
+
+  // Decoders ask for keys in sorted order, the order files keep them in, so the search goes on
+  // from the last key found. A key that isn't there is known absent at the first key past it,
+  // once the object has been seen to be sorted; that is checked only when it matters.
+  mutable std::optional<bool> isSorted_;
   mutable simdjson::dom::object::iterator next_;
   mutable std::string_view lastFound_;
 };

@@ -47,20 +47,22 @@ Uuid Uuid::random() {
 std::optional<Uuid> Uuid::parse(std::string_view text) {
   // Hand-written rather than uuid_parse: that one converts each field with strtoull, which was
   // a fifth of the time of loading a large state file.
-  if (text.size() != kTextLength) return std::nullopt;
-  std::array<std::uint8_t, 16> bytes{};
-  std::size_t at = 0;
-  for (std::size_t byte = 0; byte < bytes.size(); ++byte) {
-    if (at == 8 || at == 13 || at == 18 || at == 23) {
-      if (text[at] != '-') return std::nullopt;
-      ++at;
-    }
-    const int high = hexValue(text[at]);
-    const int low = hexValue(text[at + 1]);
-    if (high < 0 || low < 0) return std::nullopt;
-    bytes[byte] = static_cast<std::uint8_t>(high << 4 | low);
-    at += 2;
+  constexpr std::array<std::size_t, 16> kByteOffsets = {0,  2,  4,  6,  9,  11, 14, 16,
+                                                        19, 21, 24, 26, 28, 30, 32, 34};
+  if (text.size() != kTextLength || text[8] != '-' || text[13] != '-' || text[18] != '-' ||
+      text[23] != '-') {
+    return std::nullopt;
   }
+  std::array<std::uint8_t, 16> bytes{};
+  int invalid = 0;
+  for (std::size_t byte = 0; byte < bytes.size(); ++byte) {
+    const int high = hexValue(text[kByteOffsets[byte]]);
+    const int low = hexValue(text[kByteOffsets[byte] + 1]);
+    invalid |= high | low;
+    bytes[byte] = static_cast<std::uint8_t>((high << 4) | low);
+  }
+  // A digit that isn't hex reads as -1, which sets the sign bit of `invalid`.
+  if (invalid < 0) return std::nullopt;
   return Uuid(bytes);
 }
 
