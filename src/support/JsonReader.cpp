@@ -147,6 +147,15 @@ simdjson::dom::array JsonNode::array() const {
 
 namespace {
 
+// Keys are short; comparing them in place beats a call to memcmp for each.
+bool sameKey(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (a[i] != b[i]) return false;
+  }
+  return true;
+}
+
 bool keysAreSorted(simdjson::dom::object object) {
   std::string_view previous;
   bool first = true;
@@ -169,10 +178,9 @@ bool JsonObject::isSorted() const {
 }
 
 std::optional<simdjson::dom::element> JsonObject::find(std::string_view key) const {
-  auto at = lastFound_ < key ? next_ : object_.begin();
-  for (; at != object_.end(); ++at) {
+  for (auto at = next_; at != object_.end(); ++at) {
     const std::string_view candidate = at.key();
-    if (candidate.size() == key.size() && candidate.front() == key.front() && candidate == key) {
+    if (sameKey(candidate, key)) {
       lastFound_ = candidate;
       next_ = at;
       ++next_;
@@ -180,8 +188,8 @@ std::optional<simdjson::dom::element> JsonObject::find(std::string_view key) con
     }
     if (key < candidate) break;
   }
-  if (isSorted()) return std::nullopt;
-  // Keys out of order, as a hand-edited file may have them: look at every key.
+  // In a sorted object a key after the last one found would have turned up above.
+  if (isSorted() && (next_ == object_.begin() || lastFound_ < key)) return std::nullopt;
   simdjson::dom::element value;
   if (object_.at_key(key).get(value) != simdjson::SUCCESS) return std::nullopt;
   return value;
