@@ -18,10 +18,10 @@ namespace {
 namespace fs = std::filesystem;
 
 // The hosts file is read as UTF-8 text; bytes that aren't are a failure to read it.
-std::string readHostsText(const fs::path& path) {
+std::string readHostsText(const fs::path& path, const FileService& files) {
   std::string bytes;
   try {
-    bytes = readWholeFile(path).bytes;
+    bytes = readWholeFile(path, files).bytes;
   } catch (const SystemError& error) {
     throw BlockingError::readFailed(systemErrorText(error.errorNumber()));
   }
@@ -71,10 +71,12 @@ void writeFailedOnError(Step&& step) {
 }  // namespace
 
 HostsBlockingEngine::HostsBlockingEngine(fs::path hostsURL, fs::path backupDirectory,
-                                         std::shared_ptr<PrivilegedCommandRunning> runner)
+                                         std::shared_ptr<PrivilegedCommandRunning> runner,
+                                         std::shared_ptr<const FileService> files)
     : hostsURL_(std::move(hostsURL)),
       backupDirectory_(std::move(backupDirectory)),
-      runner_(std::move(runner)) {}
+      runner_(std::move(runner)),
+      files_(std::move(files)) {}
 
 void HostsBlockingEngine::apply(const std::vector<std::string>& hosts) {
   const std::lock_guard lock(mutex_);
@@ -98,7 +100,7 @@ BlockingStatus HostsBlockingEngine::statusLocked(
     const std::vector<std::string>& expectedHosts) const {
   std::set<std::string> managed;
   try {
-    managed = HostsDocument(readHostsText(hostsURL_)).managedHosts();
+    managed = HostsDocument(readHostsText(hostsURL_, *files_)).managedHosts();
   } catch (...) {
     return BlockingStatus::unreadable;
   }
@@ -111,7 +113,7 @@ BlockingStatus HostsBlockingEngine::statusLocked(
 }
 
 void HostsBlockingEngine::runTransaction(const Transform& transform) {
-  const std::string oldText = readHostsText(hostsURL_);
+  const std::string oldText = readHostsText(hostsURL_, *files_);
   // Malformed markers pass through before anything is written.
   const std::string newText = transform(oldText);
   if (newText == oldText) return;
@@ -119,11 +121,14 @@ void HostsBlockingEngine::runTransaction(const Transform& transform) {
   const std::string name = "hosts-" + Uuid::random().uppercaseText();
   const fs::path backup = backupDirectory_ / (name + ".backup");
   writeFailedOnError([&] {
-    createDirectories(backupDirectory_);
-    writeFileAtomically(backup, oldText);
+    // The hosts file's copies live with the plan's data and are as private.
+    createDirectories(backupDirectory_, kPrivateFolderMode, *files_);
+    writeFileAtomically(backup, oldText, kPrivateFileMode, *files_);
   });
-  writeFailedOnError(
-      [&] { writeFileAtomically(backupDirectory_ / (name + ".replacement"), newText); });
+  writeFailedOnError([&] {
+    writeFileAtomically(backupDirectory_ / (name + ".replacement"), newText, kPrivateFileMode,
+                        *files_);
+  });
   const ReplacementFile replacement(backupDirectory_ / (name + ".replacement"));
 
   std::optional<std::string> swapFailure;

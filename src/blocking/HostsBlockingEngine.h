@@ -9,6 +9,7 @@
 
 #include "blocking/BlockingEngine.h"
 #include "blocking/PrivilegedCommandRunning.h"
+#include "support/FileService.h"
 
 namespace brindlet {
 
@@ -22,7 +23,8 @@ class HostsBlockingEngine : public BlockingEngine {
   /// `backupDirectory` receives "hosts-{uuid}.backup" before each real change, kept for good,
   /// and the short-lived "hosts-{uuid}.replacement".
   HostsBlockingEngine(std::filesystem::path hostsURL, std::filesystem::path backupDirectory,
-                      std::shared_ptr<PrivilegedCommandRunning> runner);
+                      std::shared_ptr<PrivilegedCommandRunning> runner,
+                      std::shared_ptr<const FileService> files = FileService::system());
 
   [[nodiscard]] const std::filesystem::path& hostsURL() const { return hostsURL_; }
   [[nodiscard]] const std::filesystem::path& backupDirectory() const { return backupDirectory_; }
@@ -40,6 +42,7 @@ class HostsBlockingEngine : public BlockingEngine {
   std::filesystem::path hostsURL_;
   std::filesystem::path backupDirectory_;
   std::shared_ptr<PrivilegedCommandRunning> runner_;
+  std::shared_ptr<const FileService> files_;
   std::mutex mutex_;
 };
 

@@ -12,9 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Backups hold the whole plan, which is as private as the state file itself.
-constexpr mode_t kPrivateFileMode = 0600;
-
 std::string dailyBackupName(const LocalDay& day) {
   std::array<char, 64> name{};
   std::snprintf(name.data(), name.size(), "Brindlet-%04lld-%02lld-%02lld.json",
@@ -41,9 +38,9 @@ std::string DataBackupError::description() const {
 DataBackupManager::DataBackupManager(LocalStore store, fs::path dailyBackupDirectory)
     : store_(std::move(store)), dailyBackupDirectory_(std::move(dailyBackupDirectory)) {}
 
-PersistedState DataBackupManager::validatedCurrentState(const fs::path& url) {
+PersistedState DataBackupManager::validatedCurrentState(const fs::path& url) const {
   // A missing file fails the read itself; there is no separate test for it.
-  const FileContents contents = readWholeFile(url);
+  const FileContents contents = readWholeFile(url, store_.files());
   const JsonDocument document(contents.bytes);
   const std::int64_t version = document.root().object().required("schemaVersion").integer();
   // A newer file is refused with the same words as an older one: neither can be trusted to
@@ -51,22 +48,27 @@ PersistedState DataBackupManager::validatedCurrentState(const fs::path& url) {
   if (version != PersistedState::currentSchemaVersion) {
     throw DataBackupError::legacySchema(version);
   }
-  return LocalStore(url).load();
+  return LocalStore(url, store_.sharedFiles()).load();
 }
 
 fs::path DataBackupManager::createDailyBackup(Instant now, const Calendar& calendar) const {
   // Only a pass counts; a damaged file must not join yesterday's good backup.
   (void)validatedCurrentState(store_.url());
-  createDirectories(dailyBackupDirectory_);
+  // Backups hold the whole plan, which is as private as the state file itself.
+  createDirectories(dailyBackupDirectory_, kPrivateFolderMode, store_.files());
   const fs::path backup = dailyBackupDirectory_ / dailyBackupName(LocalDay(now, calendar));
-  if (!fileExists(backup)) copyFileAtomically(store_.url(), backup, kPrivateFileMode);
+  if (!fileExists(backup)) {
+    copyFileAtomically(store_.url(), backup, kPrivateFileMode, store_.files());
+  }
   return backup;
 }
 
 void DataBackupManager::exportBackup(const fs::path& destination) const {
   (void)validatedCurrentState(store_.url());
-  if (destination.has_parent_path()) createDirectories(destination.parent_path());
-  copyFileAtomically(store_.url(), destination, kPrivateFileMode);
+  if (destination.has_parent_path()) {
+    createDirectories(destination.parent_path(), kPrivateFolderMode, store_.files());
+  }
+  copyFileAtomically(store_.url(), destination, kPrivateFileMode, store_.files());
 }
 
 void DataBackupManager::restoreBackup(const fs::path& source) const {

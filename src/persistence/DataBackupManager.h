@@ -53,7 +53,7 @@ class DataBackupManager {
   void restoreBackup(const std::filesystem::path& source) const;
 
  private:
-  [[nodiscard]] static PersistedState validatedCurrentState(const std::filesystem::path& url);
+  [[nodiscard]] PersistedState validatedCurrentState(const std::filesystem::path& url) const;
 
   LocalStore store_;
   std::filesystem::path dailyBackupDirectory_;

@@ -13,9 +13,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The plan is personal: only its owner may read the file and its copies.
-constexpr mode_t kPrivateFileMode = 0600;
-
 std::int64_t probeSchemaVersion(const JsonDocument& document) {
   return document.root().object().required("schemaVersion").integer();
 }
@@ -64,8 +61,8 @@ std::string LocalStoreError::description() const {
   return {};
 }
 
-StateFileLock::StateFileLock(const fs::path& lockPath)
-    : file_(::open(lockPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kPrivateFileMode)) {
+StateFileLock::StateFileLock(const fs::path& lockPath, const FileService& files)
+    : file_(files.open(lockPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kPrivateFileMode)) {
   if (!file_.isOpen()) throw LocalStoreError::lockFailed(systemErrorText(errno));
   int result = 0;
   do {
@@ -80,7 +77,8 @@ StateFileLock::~StateFileLock() {
   file_.close();
 }
 
-LocalStore::LocalStore(fs::path url) : url_(std::move(url)) {}
+LocalStore::LocalStore(fs::path url, std::shared_ptr<const FileService> files)
+    : url_(std::move(url)), files_(std::move(files)) {}
 
 fs::path LocalStore::folder() const {
   return url_.has_parent_path() ? url_.parent_path() : fs::path(".");
@@ -98,7 +96,7 @@ PersistedState LocalStore::load() const { return loadWithIdentity().state; }
 
 LoadedState LocalStore::loadWithIdentity() const {
   std::optional<FileContents> contents =
-      unreadableOnFailure([&] { return readFileIfExists(url_); });
+      unreadableOnFailure([&] { return readFileIfExists(url_, *files_); });
   if (!contents) return {PersistedState::initial(), std::nullopt};
   PersistedState state = unreadableOnFailure([&] {
     const JsonDocument document(contents->bytes);
@@ -118,19 +116,19 @@ void LocalStore::save(const PersistedState& state) const {
     throw LocalStoreError::unsupportedSchema(state.schemaVersion);
   }
   validateTasks(state);
-  createDirectories(folder());
+  createDirectories(folder(), kPrivateFolderMode, *files_);
   // The version about to be replaced is made safe first; if that fails, nothing is written.
   if (fileExists(url_)) {
-    createDirectories(recoveryFolder());
+    createDirectories(recoveryFolder(), kPrivateFolderMode, *files_);
     const fs::path copy = recoveryFolder() / ("state-" + Uuid::random().uppercaseText() + ".json");
-    preserveVersion(url_, copy, kPrivateFileMode);
+    preserveVersion(url_, copy, kPrivateFileMode, *files_);
   }
   const std::string bytes = encodeState(state);
-  writeFileAtomically(url_, bytes, kPrivateFileMode);
+  writeFileAtomically(url_, bytes, kPrivateFileMode, *files_);
 }
 
 void LocalStore::migrateToCurrentSchema() const {
-  const std::optional<FileContents> contents = readFileIfExists(url_);
+  const std::optional<FileContents> contents = readFileIfExists(url_, *files_);
   if (!contents) return;
   const JsonDocument document(contents->bytes);
   if (probeSchemaVersion(document) >= PersistedState::currentSchemaVersion) return;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -41,7 +42,7 @@ class LocalStoreError : public BrindletError {
 class StateFileLock {
  public:
   /// Fails with LocalStoreError::lockFailed.
-  explicit StateFileLock(const std::filesystem::path& lockPath);
+  StateFileLock(const std::filesystem::path& lockPath, const FileService& files);
   ~StateFileLock();
   StateFileLock(const StateFileLock&) = delete;
   StateFileLock& operator=(const StateFileLock&) = delete;
@@ -61,9 +62,13 @@ struct LoadedState {
 /// holds no open file and no cache.
 class LocalStore {
  public:
-  explicit LocalStore(std::filesystem::path url);
+  explicit LocalStore(std::filesystem::path url,
+                      std::shared_ptr<const FileService> files = FileService::system());
 
   [[nodiscard]] const std::filesystem::path& url() const { return url_; }
+  /// The file calls every read and write of this store goes through.
+  [[nodiscard]] const FileService& files() const { return *files_; }
+  [[nodiscard]] const std::shared_ptr<const FileService>& sharedFiles() const { return files_; }
   /// "state.json.lock" beside the state file.
   [[nodiscard]] std::filesystem::path lockPath() const;
   /// "State Backups" beside the state file.
@@ -81,8 +86,8 @@ class LocalStore {
   /// Runs `body` while holding the lock, and gives back its result.
   template <typename Body>
   auto withExclusiveLock(Body&& body) const -> std::invoke_result_t<Body&> {
-    createDirectories(folder());
-    const StateFileLock lock(lockPath());
+    createDirectories(folder(), kPrivateFolderMode, *files_);
+    const StateFileLock lock(lockPath(), *files_);
     return body();
   }
 
@@ -107,6 +112,7 @@ class LocalStore {
   [[nodiscard]] std::filesystem::path folder() const;
 
   std::filesystem::path url_;
+  std::shared_ptr<const FileService> files_;
 };
 
 }  // namespace brindlet

@@ -25,7 +25,8 @@ FileIdentity identityOf(const struct stat& info) {
           static_cast<std::int64_t>(info.st_mtim.tv_nsec)};
 }
 
-FileContents readOpenFile(const FileDescriptor& file, const fs::path& path) {
+FileContents readOpenFile(const FileDescriptor& file, const fs::path& path,
+                          const FileService& files) {
   struct stat info {};
   if (::fstat(file.get(), &info) != 0) failWith(errno, "read " + quotedPath(path));
   if (S_ISDIR(info.st_mode)) failWith(EISDIR, "read " + quotedPath(path));
@@ -35,7 +36,7 @@ FileContents readOpenFile(const FileDescriptor& file, const fs::path& path) {
   std::size_t capacity = static_cast<std::size_t>(info.st_size) + 1;
   for (;;) {
     bytes.resize(capacity + simdjson::SIMDJSON_PADDING);
-    const ssize_t count = ::read(file.get(), bytes.data() + size, capacity - size);
+    const ssize_t count = files.read(file.get(), bytes.data() + size, capacity - size);
     if (count < 0) {
       if (errno == EINTR) continue;
       failWith(errno, "read " + quotedPath(path));
@@ -50,9 +51,9 @@ FileContents readOpenFile(const FileDescriptor& file, const fs::path& path) {
   return contents;
 }
 
-void writeAll(int fd, std::string_view bytes, const fs::path& path) {
+void writeAll(int fd, std::string_view bytes, const fs::path& path, const FileService& files) {
   while (!bytes.empty()) {
-    const ssize_t count = ::write(fd, bytes.data(), bytes.size());
+    const ssize_t count = files.write(fd, bytes.data(), bytes.size());
     if (count < 0) {
       if (errno == EINTR) continue;
       failWith(errno, "write " + quotedPath(path));
@@ -61,10 +62,12 @@ void writeAll(int fd, std::string_view bytes, const fs::path& path) {
   }
 }
 
-void syncFolder(const fs::path& folder) {
-  FileDescriptor directory(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+void syncFolder(const fs::path& folder, const FileService& files) {
+  FileDescriptor directory(files.open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0));
   if (!directory.isOpen()) failWith(errno, "open the folder " + quotedPath(folder));
-  if (::fsync(directory.get()) != 0) failWith(errno, "flush the folder " + quotedPath(folder));
+  if (files.sync(directory.get()) != 0) {
+    failWith(errno, "flush the folder " + quotedPath(folder));
+  }
 }
 
 fs::path folderOf(const fs::path& path) {
@@ -126,48 +129,69 @@ std::optional<FileIdentity> fileIdentity(const fs::path& path) {
   failWith(errno, "look at " + quotedPath(path));
 }
 
-FileContents readWholeFile(const fs::path& path) {
-  FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+FileContents readWholeFile(const fs::path& path, const FileService& files) {
+  FileDescriptor file(files.open(path.c_str(), O_RDONLY | O_CLOEXEC, 0));
   if (!file.isOpen()) failWith(errno, "read " + quotedPath(path));
-  return readOpenFile(file, path);
+  return readOpenFile(file, path, files);
 }
 
-std::optional<FileContents> readFileIfExists(const fs::path& path) {
-  FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+std::optional<FileContents> readFileIfExists(const fs::path& path, const FileService& files) {
+  FileDescriptor file(files.open(path.c_str(), O_RDONLY | O_CLOEXEC, 0));
   if (!file.isOpen()) {
     if (errno == ENOENT) return std::nullopt;
     failWith(errno, "read " + quotedPath(path));
   }
-  return readOpenFile(file, path);
+  return readOpenFile(file, path, files);
 }
 
-void createDirectories(const fs::path& folder) {
-  std::error_code error;
-  fs::create_directories(folder, error);
-  if (error) failWith(error.value(), "create the folder " + quotedPath(folder));
+void createDirectories(const fs::path& folder, mode_t mode, const FileService& files) {
+  struct stat info {};
+  if (::stat(folder.c_str(), &info) == 0) {
+    if (S_ISDIR(info.st_mode)) return;
+    failWith(ENOTDIR, "create the folder " + quotedPath(folder));
+  }
+  const fs::path parent = folder.parent_path();
+  if (!parent.empty() && parent != folder) createDirectories(parent, mode, files);
+  if (files.makeFolder(folder.c_str(), mode) != 0 && errno != EEXIST) {
+    failWith(errno, "create the folder " + quotedPath(folder));
+  }
 }
 
-void writeFileAtomically(const fs::path& path, std::string_view bytes, mode_t mode) {
+void writeFileAtomically(const fs::path& path, std::string_view bytes, mode_t mode,
+                         const FileService& files) {
   const fs::path folder = folderOf(path);
-  TemporaryFile temporary(folder /
-                          ("." + path.filename().string() + "." + Uuid::random().lowercaseText()));
+  const std::string unique = Uuid::random().lowercaseText();
+  TemporaryFile temporary(folder / ("." + path.filename().string() + "." + unique));
   FileDescriptor file(
-      ::open(temporary.path().c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+      files.open(temporary.path().c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
   if (!file.isOpen()) failWith(errno, "write " + quotedPath(path));
-  writeAll(file.get(), bytes, path);
-  if (::fsync(file.get()) != 0) failWith(errno, "write " + quotedPath(path));
+  writeAll(file.get(), bytes, path, files);
+  if (files.sync(file.get()) != 0) failWith(errno, "write " + quotedPath(path));
   if (const int error = file.close(); error != 0) failWith(error, "write " + quotedPath(path));
-  if (::rename(temporary.path().c_str(), path.c_str()) != 0) {
+  // A second name for the version being replaced lets a failure after the rename put it back,
+  // so that a write reported as failed never leaves the new bytes in place.
+  TemporaryFile previous(folder / ("." + path.filename().string() + ".previous." + unique));
+  const bool hadPrevious = ::link(path.c_str(), previous.path().c_str()) == 0;
+  if (files.rename(temporary.path().c_str(), path.c_str()) != 0) {
     failWith(errno, "replace " + quotedPath(path));
   }
   temporary.keep();
-  syncFolder(folder);
+  try {
+    syncFolder(folder, files);
+  } catch (const SystemError&) {
+    if (hadPrevious) {
+      ::rename(previous.path().c_str(), path.c_str());
+    } else {
+      ::unlink(path.c_str());
+    }
+    throw;
+  }
 }
 
-bool preserveVersion(const fs::path& from, const fs::path& to, mode_t mode) {
-  // A state file that is a symbolic link is followed: the second name goes to the bytes.
-  if (::linkat(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), AT_SYMLINK_FOLLOW) == 0) {
-    syncFolder(folderOf(to));
+bool preserveVersion(const fs::path& from, const fs::path& to, mode_t mode,
+                     const FileService& files) {
+  if (files.link(from.c_str(), to.c_str()) == 0) {
+    syncFolder(folderOf(to), files);
     return true;
   }
   const int error = errno;
@@ -175,14 +199,15 @@ bool preserveVersion(const fs::path& from, const fs::path& to, mode_t mode) {
                                error == EOPNOTSUPP || error == EMLINK || error == ENOSYS;
   if (error == ENOENT && !fileExists(from)) return false;
   if (!noHardLinksHere) failWith(error, "keep a copy of " + quotedPath(from));
-  const std::optional<FileContents> contents = readFileIfExists(from);
+  const std::optional<FileContents> contents = readFileIfExists(from, files);
   if (!contents) return false;
-  writeFileAtomically(to, contents->bytes, mode);
+  writeFileAtomically(to, contents->bytes, mode, files);
   return true;
 }
 
-void copyFileAtomically(const fs::path& from, const fs::path& to, mode_t mode) {
-  writeFileAtomically(to, readWholeFile(from).bytes, mode);
+void copyFileAtomically(const fs::path& from, const fs::path& to, mode_t mode,
+                        const FileService& files) {
+  writeFileAtomically(to, readWholeFile(from, files).bytes, mode, files);
 }
 
 }  // namespace brindlet

@@ -8,7 +8,13 @@
 #include <string>
 #include <string_view>
 
+#include "support/FileService.h"
+
 namespace brindlet {
+
+/// Modes of what only the user may see: the plan, its copies and backups, and their folders.
+inline constexpr mode_t kPrivateFolderMode = 0700;
+inline constexpr mode_t kPrivateFileMode = 0600;
 
 /// Owns an open file descriptor and closes it once.
 class FileDescriptor {
@@ -57,28 +63,32 @@ struct FileContents {
 
 /// The whole file; fails with SystemError, also when it doesn't exist. The string's capacity
 /// leaves zeroed room behind the bytes so that a JSON parser can read them in place.
-[[nodiscard]] FileContents readWholeFile(const std::filesystem::path& path);
+[[nodiscard]] FileContents readWholeFile(const std::filesystem::path& path,
+                                         const FileService& files = *FileService::system());
 /// Like readWholeFile, but absent when no file exists at `path`.
-[[nodiscard]] std::optional<FileContents> readFileIfExists(const std::filesystem::path& path);
+[[nodiscard]] std::optional<FileContents> readFileIfExists(
+    const std::filesystem::path& path, const FileService& files = *FileService::system());
 
-/// Makes the folder and any missing folders above it; an existing folder is fine.
-void createDirectories(const std::filesystem::path& folder);
+/// Makes the folder and any missing folders above it, each with `mode`; an existing folder is
+/// fine and keeps its mode.
+void createDirectories(const std::filesystem::path& folder, mode_t mode = 0755,
+                       const FileService& files = *FileService::system());
 
 /// Replaces `path` with `bytes` so that a reader or a crash sees the old file or the new one,
 /// never a mix: a temporary file in the same folder is written, flushed to disk, renamed over
 /// the target, and the folder is flushed. Fails with SystemError; the old file then stands.
 void writeFileAtomically(const std::filesystem::path& path, std::string_view bytes,
-                         mode_t mode = 0644);
+                         mode_t mode = 0644, const FileService& files = *FileService::system());
 
 /// Keeps the version `from` holds now under the name `to`, durably; false when there is no file
 /// at `from`. A hard link where the file system has them: writers here replace files and never
 /// change one in place, so the linked version stays as it is, and a large file costs nothing to
 /// keep. Elsewhere the bytes are copied with writeFileAtomically. Fails with SystemError.
 bool preserveVersion(const std::filesystem::path& from, const std::filesystem::path& to,
-                     mode_t mode = 0644);
+                     mode_t mode = 0644, const FileService& files = *FileService::system());
 
 /// Copies a file whole, with the same guarantee as writeFileAtomically at the destination.
 void copyFileAtomically(const std::filesystem::path& from, const std::filesystem::path& to,
-                        mode_t mode = 0644);
+                        mode_t mode = 0644, const FileService& files = *FileService::system());
 
 }  // namespace brindlet
