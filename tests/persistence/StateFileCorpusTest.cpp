@@ -58,6 +58,15 @@ TEST(StateFileCorpusTest, EveryCorpusFileInsideAStateDocumentLoadsOrIsUnreadable
   }
 }
 
+TEST(StateFileCorpusTest, FuzzerSeedsAndFindsLoadOrAreUnreadable) {
+  const TempDir dir;
+  const auto files = testing::filesIn(testing::testDataFolder() / "fuzz" / "state_file");
+  EXPECT_FALSE(files.empty());
+  for (const fs::path& file : files) {
+    expectDocumentOrUnreadable(dir, readBytes(file), file.filename().string());
+  }
+}
+
 TEST(StateFileCorpusTest, ValidJsonThatIsNotAnObjectIsUnreadable) {
   const TempDir dir;
   const LocalStore store(dir / "state.json");
