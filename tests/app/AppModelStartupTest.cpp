@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 
 #include "AppModelFixture.h"
+#include "ChildProcess.h"
 #include "blocking/BlockingError.h"
 #include "persistence/PersistedState.h"
 
@@ -326,6 +328,31 @@ TEST_F(AppModelTest, RetryProtectionPutsTheBlockBackAndClearsTheError) {
   EXPECT_FALSE(model->state().protectionError);
   EXPECT_EQ(model->state().protectionStatus, ProtectionStatus::active);
   EXPECT_TRUE(hostsBlock(news));
+}
+
+// ---- the composition root ----
+
+TEST_F(AppModelTest, LiveOpensTheUsersStateFileAndSurvivesOneItCannotRead) {
+  // In a child, so that the environment pointing at the temporary folder stays there. Only the
+  // composition runs: nothing reaches the hosts file or asks for approval before recover().
+  const fs::path home = folder / "home";
+  writeBytes(home / ".local" / "share" / "Brindlet" / "state.json", kBrokenJson);
+  writeBytes(home / ".config" / "user-dirs.dirs", "XDG_DOCUMENTS_DIR=\"$HOME/Papers\"\n");
+  const pid_t child = runInChild([&] {
+    ::setenv("HOME", home.c_str(), 1);
+    ::unsetenv("XDG_DATA_HOME");
+    ::unsetenv("XDG_CONFIG_HOME");
+    const auto model = AppModel::live(scheduler, clock);
+    const AppModelState& state = model->state();
+    if (!startsWith(state.editorError, kStartupPrefix)) return 1;
+    if (state.taskSnapshot.state() != PersistedState::initial()) return 2;
+    if (model->taskStore().store().url() != home / ".local/share/Brindlet/state.json") return 3;
+    if (readBytes(home / ".local/share/Brindlet/state.json") != kBrokenJson) return 4;
+    if (state.now != kTestNow || state.selectedDay != LocalDay(kTestNow, state.calendar)) return 5;
+    return 0;
+  });
+  EXPECT_EQ(waitForExit(child), 0);
+  EXPECT_FALSE(fs::exists(home / "Papers"));
 }
 
 }  // namespace
