@@ -1,0 +1,199 @@
+#include "app/AppModelState.h"
+
+#include <unicode/dtptngen.h>
+#include <unicode/locid.h>
+#include <unicode/smpdtfmt.h>
+#include <unicode/timezone.h>
+
+#include <algorithm>
+#include <cinttypes>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <memory>
+
+#include "flow/PlannerEngine.h"
+#include "review/RecommendationEngine.h"
+
+namespace brindlet {
+namespace {
+
+constexpr int kDaysPerWeek = 7;
+constexpr std::int64_t kSecondsPerMinute = 60;
+constexpr std::int64_t kSecondsPerHour = 3600;
+
+// A formatter of abbreviated weekday and day of month for one locale and time zone. Building one
+// costs far more than using it, and a screen labels seven days at a time.
+class DayLabelFormatter {
+ public:
+  DayLabelFormatter(const std::string& localeId, const std::string& timeZoneId)
+      : localeId_(localeId), timeZoneId_(timeZoneId) {
+    const icu::Locale locale(localeId.c_str());
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::DateTimePatternGenerator> generator(
+        icu::DateTimePatternGenerator::createInstance(locale, status));
+    if (U_FAILURE(status)) return;
+    const icu::UnicodeString pattern = generator->getBestPattern(u"EEEd", status);
+    if (U_FAILURE(status)) return;
+    auto format = std::make_unique<icu::SimpleDateFormat>(pattern, locale, status);
+    if (U_FAILURE(status)) return;
+    format->adoptTimeZone(icu::TimeZone::createTimeZone(timeZoneId.c_str()));
+    format_ = std::move(format);
+  }
+
+  [[nodiscard]] bool serves(const Calendar& calendar) const {
+    return calendar.localeId() == localeId_ && calendar.timeZoneId() == timeZoneId_;
+  }
+
+  [[nodiscard]] std::string format(Instant instant) const {
+    if (!format_) return {};
+    icu::UnicodeString text;
+    format_->format(instant.unixSeconds() * 1000.0, text);
+    std::string result;
+    text.toUTF8String(result);
+    return result;
+  }
+
+ private:
+  std::string localeId_;
+  std::string timeZoneId_;
+  std::unique_ptr<icu::SimpleDateFormat> format_;
+};
+
+}  // namespace
+
+std::string title(DurationChoice choice) {
+  switch (choice) {
+    case DurationChoice::twentyFive:
+      return "25 min";
+    case DurationChoice::oneHour:
+      return "1 hour";
+    case DurationChoice::fourHours:
+      return "4 hours";
+    case DurationChoice::custom:
+      return "Custom";
+  }
+  return {};
+}
+
+std::optional<FocusTask> AppModelState::activeTask() const {
+  // A paused task counts: it is still the one being worked on, even with the timer stopped.
+  for (const FocusTask& task : tasks()) {
+    if (task.status == TaskStatus::active || task.status == TaskStatus::paused) return task;
+  }
+  return std::nullopt;
+}
+
+std::vector<PlanningProposal> AppModelState::pendingProposals() const {
+  std::vector<PlanningProposal> pending;
+  for (const PlanningProposal& proposal : taskSnapshot.state().proposals) {
+    if (proposal.status == ProposalStatus::pending) pending.push_back(proposal);
+  }
+  return pending;
+}
+
+DomainGroup AppModelState::selectedGroup() const {
+  if (selectedGroupID) {
+    for (const DomainGroup& group : groups) {
+      if (group.id == *selectedGroupID) return group;
+    }
+  }
+  if (!groups.empty()) return groups.front();
+  return DomainGroup::socialDistractions();
+}
+
+double AppModelState::duration() const {
+  const std::int64_t minutes = durationChoice == DurationChoice::custom
+                                   ? customMinutes
+                                   : static_cast<std::int64_t>(durationChoice);
+  std::int64_t seconds = 0;
+  if (__builtin_mul_overflow(minutes, kSecondsPerMinute, &seconds)) std::abort();
+  return static_cast<double>(seconds);
+}
+
+std::vector<LocalDay> AppModelState::daysInWeek(Instant date) const {
+  const Instant start = planningCalendar.weekInterval(date).start;
+  std::vector<LocalDay> days;
+  days.reserve(kDaysPerWeek);
+  for (int offset = 0; offset < kDaysPerWeek; ++offset) {
+    days.emplace_back(planningCalendar.addingDays(start, offset), planningCalendar);
+  }
+  return days;
+}
+
+std::vector<LocalDay> AppModelState::weekDays() const {
+  return daysInWeek(selectedDay.date(calendar).value_or(now));
+}
+
+std::vector<LocalDay> AppModelState::reviewWeekDays() const { return daysInWeek(reviewDate); }
+
+std::vector<FocusTask> AppModelState::selectedDayTasks() const {
+  return PlannerEngine::queueTasks(tasks(), selectedDay);
+}
+
+std::optional<FocusTask> AppModelState::nextTask() const {
+  return PlannerEngine::nextTask(tasks(), selectedDay, now, calendar);
+}
+
+WeeklyReview AppModelState::weeklyReview() const {
+  return RecommendationEngine::review(reviewDate, tasks(), planningCalendar);
+}
+
+std::string AppModelState::format(double seconds) {
+  const double whole = std::floor(seconds);
+  // A time that no clock can show means a broken value upstream, not something to display.
+  constexpr double kLimit = 9223372036854775808.0;  // 2^63
+  if (!std::isfinite(whole) || whole < -kLimit || whole >= kLimit) std::abort();
+  const std::int64_t total = std::max<std::int64_t>(static_cast<std::int64_t>(whole), 0);
+  char text[48];
+  if (total < kSecondsPerHour) {
+    std::snprintf(text, sizeof text, "%02" PRId64 ":%02" PRId64, total / kSecondsPerMinute,
+                  total % kSecondsPerMinute);
+  } else {
+    std::snprintf(text, sizeof text, "%02" PRId64 ":%02" PRId64 ":%02" PRId64,
+                  total / kSecondsPerHour, (total % kSecondsPerHour) / kSecondsPerMinute,
+                  total % kSecondsPerMinute);
+  }
+  return text;
+}
+
+std::string AppModelState::countdown() const {
+  const double remaining = activeSession ? std::max(0.0, activeSession->endsAt.since(now)) : 0.0;
+  return format(remaining);
+}
+
+double AppModelState::focusSeconds(const FocusTask& task) const {
+  double seconds = task.accumulatedFocusSeconds;
+  // A clock set back must never take away time already recorded.
+  if (task.activeSegmentStartedAt)
+    seconds += std::max(0.0, now.since(*task.activeSegmentStartedAt));
+  return seconds;
+}
+
+std::string AppModelState::elapsedText(const FocusTask& task) const {
+  return format(focusSeconds(task));
+}
+
+std::string AppModelState::focusedDurationText(const FocusTask& task) const {
+  const double minutesValue = std::trunc(focusSeconds(task) / 60.0);
+  const auto minutes = static_cast<std::int64_t>(minutesValue);
+  if (minutes < 1) return "Less than 1m focused";
+  if (minutes >= 60) {
+    return std::to_string(minutes / 60) + "h " + std::to_string(minutes % 60) + "m focused";
+  }
+  return std::to_string(minutes) + "m focused";
+}
+
+std::string AppModelState::dayLabel(const LocalDay& day) const {
+  const std::optional<Instant> start = day.date(calendar);
+  if (!start) return {};
+  // Labels are asked for on whichever thread holds the state; each keeps its own formatter.
+  thread_local std::unique_ptr<DayLabelFormatter> formatter;
+  if (!formatter || !formatter->serves(calendar)) {
+    formatter = std::make_unique<DayLabelFormatter>(calendar.localeId(), calendar.timeZoneId());
+  }
+  return formatter->format(*start);
+}
+
+}  // namespace brindlet
