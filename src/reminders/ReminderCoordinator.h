@@ -18,6 +18,8 @@ class ReminderCoordinator {
   /// Replaces the task's notifications by those of its current plan. Never fails: a problem
   /// comes back as a warning to show beside the saved task.
   [[nodiscard]] std::optional<ReminderWarning> sync(const FocusTask& task);
+  /// Takes back every pending notification of the task. Never fails.
+  void cancel(const Uuid& taskID) { scheduler_->cancel(taskID); }
 
  private:
   std::shared_ptr<ReminderScheduling> scheduler_;
