@@ -4,6 +4,13 @@
 
 namespace brindlet {
 
+using envelope::field;
+using envelope::fieldAs;
+using envelope::parseObject;
+using envelope::readBool;
+using envelope::readInteger;
+using envelope::readString;
+
 void toJson(JsonWriter& out, const AgentCommandEnvelope& envelope) {
   out.beginObject();
   out.key("version").integer(envelope.version);
@@ -15,7 +22,6 @@ void toJson(JsonWriter& out, const AgentCommandEnvelope& envelope) {
 }
 
 std::optional<AgentCommandEnvelope> decodeAgentCommandEnvelope(std::string_view text) {
-  using namespace envelope;
   simdjson::dom::parser parser;
   const auto object = parseObject(parser, text);
   if (!object) return std::nullopt;

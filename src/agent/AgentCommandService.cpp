@@ -1,8 +1,10 @@
 #include "agent/AgentCommandService.h"
 
 #include <algorithm>
+#include <limits>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "agent/AgentResults.h"
 #include "agent/AgentServiceError.h"

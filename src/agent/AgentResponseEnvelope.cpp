@@ -4,6 +4,14 @@
 
 namespace brindlet {
 
+using envelope::field;
+using envelope::fieldAs;
+using envelope::parseObject;
+using envelope::readBool;
+using envelope::readInteger;
+using envelope::readObject;
+using envelope::readString;
+
 void toJson(JsonWriter& out, const AgentResponseEnvelope& response) {
   out.beginObject();
   out.key("version").integer(response.version);
@@ -15,7 +23,6 @@ void toJson(JsonWriter& out, const AgentResponseEnvelope& response) {
 }
 
 std::optional<AgentResponseEnvelope> decodeAgentResponseEnvelope(std::string_view text) {
-  using namespace envelope;
   simdjson::dom::parser parser;
   const auto object = parseObject(parser, text);
   if (!object) return std::nullopt;
