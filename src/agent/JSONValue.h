@@ -33,10 +33,11 @@ class JSONObject {
   /// Sets a key's value; a key already there keeps its place.
   void set(std::string key, JSONValue value);
 
-  [[nodiscard]] std::size_t size() const { return entries_.size(); }
-  [[nodiscard]] bool empty() const { return entries_.empty(); }
-  [[nodiscard]] std::vector<Entry>::const_iterator begin() const { return entries_.begin(); }
-  [[nodiscard]] std::vector<Entry>::const_iterator end() const { return entries_.end(); }
+  // Defined below JSONValue, which an entry needs whole.
+  [[nodiscard]] std::size_t size() const;
+  [[nodiscard]] bool empty() const;
+  [[nodiscard]] std::vector<Entry>::const_iterator begin() const;
+  [[nodiscard]] std::vector<Entry>::const_iterator end() const;
 
   friend bool operator==(const JSONObject& a, const JSONObject& b);
 
@@ -93,6 +94,15 @@ class JSONValue {
 
   std::variant<std::string, double, bool, JSONObject, Array, Null> value_{Null{}};
 };
+
+inline std::size_t JSONObject::size() const { return entries_.size(); }
+inline bool JSONObject::empty() const { return entries_.empty(); }
+inline std::vector<JSONObject::Entry>::const_iterator JSONObject::begin() const {
+  return entries_.begin();
+}
+inline std::vector<JSONObject::Entry>::const_iterator JSONObject::end() const {
+  return entries_.end();
+}
 
 /// Writes the value bare, as a JSON value of its own kind. Fails with EncodingError for a number
 /// that isn't finite.
