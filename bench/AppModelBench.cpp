@@ -18,6 +18,7 @@
 
 #include "RatioReporter.h"
 #include "StateFileGenerator.h"
+#include "TemporaryFolder.h"
 #include "app/AppModel.h"
 #include "blocking/BlockingError.h"
 #include "persistence/LocalStore.h"
@@ -28,10 +29,6 @@ namespace brindlet::bench {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr std::size_t kTasks = 7000;
-constexpr std::size_t kAuditEvents = 25000;
-constexpr std::uint32_t kSeed = 20261121;
 
 // Nothing here starts a session, so nothing may ask for approval.
 class RefusingRunner : public PrivilegedCommandRunning {
@@ -55,18 +52,10 @@ class SilentScheduler : public ReminderScheduling {
 class BenchFolder {
  public:
   BenchFolder() {
-    std::string pattern = (fs::temp_directory_path() / "brindlet-bench-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
-    path_ = pattern;
-    LocalStore(folders().stateFile()).save(generateState(kTasks, kAuditEvents, kSeed));
+    LocalStore(folders().stateFile())
+        .save(generateState(kLargePlanTasks, kLargePlanAuditEvents, kLargePlanSeed));
     writeFileAtomically(hostsPath(), "127.0.0.1 localhost\n");
   }
-  ~BenchFolder() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-  }
-  BenchFolder(const BenchFolder&) = delete;
-  BenchFolder& operator=(const BenchFolder&) = delete;
 
   [[nodiscard]] PlatformFolders folders() const {
     return {.applicationSupport = path_ / "Application Support", .documents = path_ / "Documents"};
@@ -87,7 +76,8 @@ class BenchFolder {
   }
 
  private:
-  fs::path path_;
+  TemporaryFolder temporary_;
+  fs::path path_ = temporary_.path();
 };
 
 BenchFolder& folder() {

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "TemporaryFolder.h"
 #include "blocking/DomainRules.h"
 #include "blocking/HostsDocument.h"
 #include "support/Files.h"
@@ -19,6 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using brindlet::HostsDocument;
+using brindlet::bench::TemporaryFolder;
 
 #ifndef BRINDLET_LARGE_HOSTS_FILE
 #define BRINDLET_LARGE_HOSTS_FILE ""
@@ -38,6 +40,7 @@ std::string generatedHosts() {
 
 // The working folder, the large file in it and the same file with a block applied.
 struct Files {
+  TemporaryFolder temporary;
   fs::path folder;
   fs::path plain;
   fs::path applied;
@@ -46,9 +49,7 @@ struct Files {
   std::size_t lines = 0;
 
   Files() {
-    std::string pattern = (fs::temp_directory_path() / "brindlet-bench-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
-    folder = pattern;
+    folder = temporary.path();
     plain = folder / "hosts";
     applied = folder / "hosts.applied";
     output = folder / "hosts.out";
@@ -65,10 +66,6 @@ struct Files {
         {"facebook.com", "instagram.com", "tiktok.com", "twitter.com", "x.com"});
     brindlet::writeFileAtomically(plain, text);
     brindlet::writeFileAtomically(applied, HostsDocument(text).applying(hosts));
-  }
-  ~Files() {
-    std::error_code ignored;
-    fs::remove_all(folder, ignored);
   }
 };
 

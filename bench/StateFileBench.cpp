@@ -9,6 +9,7 @@
 
 #include "RatioReporter.h"
 #include "StateFileGenerator.h"
+#include "TemporaryFolder.h"
 #include "persistence/LocalStore.h"
 #include "support/Files.h"
 
@@ -19,22 +20,17 @@ namespace fs = std::filesystem;
 
 // A temporary folder holding the generated state file for the whole run.
 struct Fixture {
-  fs::path folder;
+  TemporaryFolder temporary;
+  fs::path folder = temporary.path();
   LocalStore store;
   PersistedState state;
   std::string bytes;
 
   Fixture()
-      : folder(makeFolder()), store(folder / "state.json"), state(generateState(7000, 25000, 7)) {
+      : store(folder / "state.json"),
+        state(generateState(kLargePlanTasks, kLargePlanAuditEvents, kLargePlanSeed)) {
     store.save(state);
     bytes = readWholeFile(store.url()).bytes;
-  }
-  ~Fixture() { fs::remove_all(folder); }
-
-  static fs::path makeFolder() {
-    std::string pattern = (fs::temp_directory_path() / "brindlet-bench-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr) std::abort();
-    return pattern;
   }
 };
 

@@ -15,6 +15,7 @@
 #include <string>
 
 #include "StateFileGenerator.h"
+#include "TemporaryFolder.h"
 #include "persistence/LocalStore.h"
 #include "persistence/TaskStore.h"
 #include "support/Files.h"
@@ -24,26 +25,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kTasks = 7000;
-constexpr std::size_t kAuditEvents = 25000;
-constexpr std::uint32_t kSeed = 20261121;
-
 // A temporary folder holding the generated state file, made once for all benchmarks.
 class BenchFolder {
  public:
   BenchFolder() {
-    std::string pattern = (fs::temp_directory_path() / "brindlet-bench-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
-    path_ = pattern;
-    LocalStore(stateFile()).save(generateState(kTasks, kAuditEvents, kSeed));
+    LocalStore(stateFile())
+        .save(generateState(kLargePlanTasks, kLargePlanAuditEvents, kLargePlanSeed));
     fileSize_ = static_cast<double>(fs::file_size(stateFile()));
   }
-  ~BenchFolder() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-  }
-  BenchFolder(const BenchFolder&) = delete;
-  BenchFolder& operator=(const BenchFolder&) = delete;
 
   [[nodiscard]] fs::path stateFile() const { return path_ / "state.json"; }
   [[nodiscard]] double fileSize() const { return fileSize_; }
@@ -55,7 +44,8 @@ class BenchFolder {
   }
 
  private:
-  fs::path path_;
+  TemporaryFolder temporary_;
+  fs::path path_ = temporary_.path();
   double fileSize_ = 0;
 };
 
