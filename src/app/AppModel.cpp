@@ -130,6 +130,8 @@ std::unique_ptr<AppModel> AppModel::compose(Composition composition) {
       std::move(composition.calendar), std::move(composition.crossDeviceCoordinator),
       std::move(composition.syncDeviceID));
   model->engine_->onSessionChanged = model->sessionChangedCallback();
+  // A broken profile literal stops the program here, at launch, not at the first session.
+  (void)restrictionProfileID();
   // After construction, so that the start-up error is the first thing the alert shows.
   model->state_.editorError = std::move(startupError);
   return model;
