@@ -13,12 +13,15 @@
 #include "flow/TaskSessionError.h"
 #include "persistence/LocalStore.h"
 #include "support/BrindletError.h"
+#include "sync/SessionIntentRevision.h"
 
 namespace brindlet {
 namespace {
 
 constexpr std::int64_t kDefaultFocusMinutes = 25;
 constexpr double kSecondsPerMinute = 60.0;
+// Names this machine in the intents it builds only to read protection, never to publish.
+constexpr const char* kUnnamedSourceDevice = "mac";
 
 const TaskStoreSnapshot& initialSnapshot() {
   static const TaskStoreSnapshot snapshot(
@@ -66,6 +69,8 @@ class AppModel::Publication {
  public:
   explicit Publication(AppModel& model) : model_(model) { ++model_.publicationDepth_; }
   ~Publication() {
+    // Session changes the operation caused are taken up before the screens see its result.
+    if (model_.publicationDepth_ == 1) model_.runPendingSessionChanges();
     if (--model_.publicationDepth_ == 0) model_.publish();
   }
   Publication(const Publication&) = delete;
@@ -84,7 +89,11 @@ std::unique_ptr<AppModel> AppModel::live(std::shared_ptr<ReminderScheduling> sch
                              .runner = makePlatformPrivilegedRunner(),
                              .scheduler = std::move(scheduler),
                              .clock = std::move(clock),
-                             .calendar = Calendar::current()});
+                             .calendar = Calendar::current(),
+                             // No cloud transport is linked into the program, so sessions
+                             // stay on this machine.
+                             .crossDeviceCoordinator = nullptr,
+                             .syncDeviceID = std::nullopt});
 }
 
 std::unique_ptr<AppModel> AppModel::compose(Composition composition) {
@@ -118,7 +127,11 @@ std::unique_ptr<AppModel> AppModel::compose(Composition composition) {
   auto model = std::make_unique<AppModel>(
       std::move(engine), std::move(taskStore), std::move(taskEngine), std::move(focusCoordinator),
       std::move(reminders), recommendations, std::move(backups), std::move(composition.clock),
-      std::move(composition.calendar));
+      std::move(composition.calendar), std::move(composition.crossDeviceCoordinator),
+      std::move(composition.syncDeviceID));
+  model->engine_->onSessionChanged = model->sessionChangedCallback();
+  // A broken profile literal stops the program here, at launch, not at the first session.
+  (void)restrictionProfileID();
   // After construction, so that the start-up error is the first thing the alert shows.
   model->state_.editorError = std::move(startupError);
   return model;
@@ -128,7 +141,9 @@ AppModel::AppModel(std::shared_ptr<SessionEngine> engine, std::shared_ptr<TaskSt
                    std::shared_ptr<TaskSessionEngine> taskEngine,
                    std::shared_ptr<FocusCoordinator> focusCoordinator,
                    ReminderCoordinator reminders, RecommendationEngine recommendations,
-                   DataBackupManager backups, std::shared_ptr<const Clock> clock, Calendar calendar)
+                   DataBackupManager backups, std::shared_ptr<const Clock> clock, Calendar calendar,
+                   std::shared_ptr<CrossDeviceSessionCoordinator> crossDeviceCoordinator,
+                   std::optional<std::string> syncDeviceID)
     : engine_(std::move(engine)),
       taskStore_(std::move(taskStore)),
       taskEngine_(std::move(taskEngine)),
@@ -144,7 +159,10 @@ AppModel::AppModel(std::shared_ptr<SessionEngine> engine, std::shared_ptr<TaskSt
              .now = clock_->now(),
              .calendar = calendar,
              .planningCalendar =
-                 Calendar(calendar.timeZoneId(), Calendar::kMonday, calendar.localeId())} {
+                 Calendar(calendar.timeZoneId(), Calendar::kMonday, calendar.localeId())},
+      crossDeviceCoordinator_(std::move(crossDeviceCoordinator)),
+      syncDeviceID_(std::move(syncDeviceID)) {
+  state_.hasCrossDeviceCoordinator = crossDeviceCoordinator_ != nullptr;
   // The engine holds its own starting groups here, not the file's; recover() selects again.
   if (!engine_->groups().empty()) state_.selectedGroupID = engine_->groups().front().id;
   state_.groups = engine_->groups();
@@ -223,9 +241,121 @@ void AppModel::createDailyBackup() {
   }
 }
 
-void AppModel::syncSessionTransition(const std::optional<BlockSession>& /*session*/) {}
+// ---- paired devices ----
 
-void AppModel::refreshPairedProtection() {}
+const Uuid& AppModel::restrictionProfileID() {
+  // A literal that doesn't parse stops the process the first time it is asked for.
+  static const Uuid profile = Uuid::fromLiteral("F0C05B10-0000-4000-8000-000000000001");
+  return profile;
+}
+
+SessionEngine::SessionChanged AppModel::sessionChangedCallback() {
+  return [weak = std::weak_ptr<AppModel*>(lifetime_)](const std::optional<BlockSession>& session) {
+    const std::shared_ptr<AppModel*> alive = weak.lock();
+    if (!alive) return;
+    AppModel& model = **alive;
+    model.pendingSessionChanges_.push_back(session);
+    // Outside any operation of the model nothing else is waiting, so the change is taken up and
+    // published at once.
+    if (model.publicationDepth_ == 0) {
+      const Publication publication(model);
+    }
+  };
+}
+
+void AppModel::runPendingSessionChanges() {
+  // In the order the engine reported them; a change reported meanwhile waits its turn.
+  while (!pendingSessionChanges_.empty()) {
+    const std::optional<BlockSession> session = std::move(pendingSessionChanges_.front());
+    pendingSessionChanges_.pop_front();
+    try {
+      syncSessionTransition(session);
+    } catch (...) {
+      // Telling other devices is never worth failing the operation that changed the session.
+    }
+  }
+}
+
+SyncedSessionIntent AppModel::intentFor(const BlockSession& subject, SyncedSessionState state,
+                                        std::string sourceDeviceID) const {
+  return SyncedSessionIntent{.sessionID = subject.id,
+                             .profileID = restrictionProfileID(),
+                             .mode = subject.mode == SessionMode::strict
+                                         ? SyncedSessionMode::strict
+                                         : SyncedSessionMode::flexible,
+                             .startedAt = subject.startedAt,
+                             .endsAt = subject.endsAt,
+                             .revision = SessionIntentRevision::value(subject.startedAt, state),
+                             .state = state,
+                             .sourceDeviceID = std::move(sourceDeviceID)};
+}
+
+void AppModel::syncSessionTransition(const std::optional<BlockSession>& session) {
+  SyncedSessionState intentState = SyncedSessionState::active;
+  if (session) {
+    lastSyncedSession_ = session;
+  } else {
+    // An end with no session seen before, as after a launch that found the session over.
+    if (!lastSyncedSession_) return;
+    // The last session stays, so a second end of it is told the same way again.
+    intentState = SyncedSessionState::ended;
+  }
+  const BlockSession subject = *lastSyncedSession_;
+  syncRevision_ = SessionIntentRevision::value(subject.startedAt, intentState);
+  if (!crossDeviceCoordinator_ || !syncDeviceID_) return;
+
+  const SyncedSessionIntent intent = intentFor(subject, intentState, *syncDeviceID_);
+  try {
+    crossDeviceCoordinator_->publish(intent, state_.now);
+  } catch (...) {
+    // The coordinator keeps the intent it resolved; the session on this machine goes on
+    // regardless, and nothing is shown or tried again.
+  }
+  updateProtectionStatuses(intent);
+}
+
+void AppModel::refreshPairedProtection() {
+  if (!crossDeviceCoordinator_) {
+    state_.pairingState = PairingState::waitingForICloud;
+    state_.pairedDevices.clear();
+    return;
+  }
+  try {
+    // The batch itself is of no use here: the snapshot below holds everything taken in.
+    crossDeviceCoordinator_->refresh(state_.now);
+    state_.pairingState = PairingState::paired;
+  } catch (...) {
+    // What the coordinator last knew is still worth showing.
+    state_.pairingState = PairingState::offline;
+  }
+  std::vector<PairedDevice> phones;
+  for (const PairedDevice& device : crossDeviceCoordinator_->snapshot().devices) {
+    if (device.platform == FocusDevicePlatform::iOS) phones.push_back(device);
+  }
+  state_.pairedDevices = std::move(phones);
+
+  const std::optional<BlockSession>& active = engine_->activeSession();
+  const std::optional<BlockSession>& subject = active ? active : lastSyncedSession_;
+  if (!subject) {
+    state_.pairedDeviceProtection.clear();
+    return;
+  }
+  const SyncedSessionState intentState =
+      subject == active ? SyncedSessionState::active : SyncedSessionState::ended;
+  updateProtectionStatuses(
+      intentFor(*subject, intentState, syncDeviceID_.value_or(kUnnamedSourceDevice)));
+}
+
+void AppModel::updateProtectionStatuses(const SyncedSessionIntent& intent) {
+  if (!crossDeviceCoordinator_) return;
+  std::map<std::string, DeviceProtectionStatus> statuses;
+  for (const PairedDevice& device : crossDeviceCoordinator_->snapshot().devices) {
+    if (device.platform != FocusDevicePlatform::iOS) continue;
+    statuses.insert_or_assign(device.id, crossDeviceCoordinator_->protectionStatus(
+                                             device.id, intent.sessionID, state_.now));
+  }
+  state_.pairedDeviceProtection = std::move(statuses);
+}
 
 // ---- what the screens edit directly ----
 

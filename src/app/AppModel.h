@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <exception>
 #include <filesystem>
 #include <functional>
@@ -27,6 +28,8 @@
 #include "support/Calendar.h"
 #include "support/Clock.h"
 #include "support/Uuid.h"
+#include "sync/CrossDeviceSessionCoordinator.h"
+#include "sync/SyncedSessionIntent.h"
 
 namespace brindlet {
 
@@ -49,6 +52,10 @@ class AppModel {
     std::shared_ptr<ReminderScheduling> scheduler;
     std::shared_ptr<const Clock> clock;
     Calendar calendar;
+    /// The way to paired devices, and this machine's name in their records. The program's own
+    /// composition has neither, so each session stops at the model.
+    std::shared_ptr<CrossDeviceSessionCoordinator> crossDeviceCoordinator{};
+    std::optional<std::string> syncDeviceID{};
   };
 
   /// The model of this user on this machine: the platform folders, the system hosts file, the
@@ -65,7 +72,9 @@ class AppModel {
            std::shared_ptr<TaskSessionEngine> taskEngine,
            std::shared_ptr<FocusCoordinator> focusCoordinator, ReminderCoordinator reminders,
            RecommendationEngine recommendations, DataBackupManager backups,
-           std::shared_ptr<const Clock> clock, Calendar calendar);
+           std::shared_ptr<const Clock> clock, Calendar calendar,
+           std::shared_ptr<CrossDeviceSessionCoordinator> crossDeviceCoordinator = nullptr,
+           std::optional<std::string> syncDeviceID = std::nullopt);
   AppModel(const AppModel&) = delete;
   AppModel& operator=(const AppModel&) = delete;
   ~AppModel();
@@ -77,6 +86,22 @@ class AppModel {
 
   [[nodiscard]] SessionEngine& engine() const { return *engine_; }
   [[nodiscard]] TaskStore& taskStore() const { return *taskStore_; }
+
+  // ---- paired devices ----
+  /// The restriction profile that every session's intent names; the iPhone keeps the apps.
+  [[nodiscard]] static const Uuid& restrictionProfileID();
+  /// Absent in the program's own composition.
+  [[nodiscard]] CrossDeviceSessionCoordinator* crossDeviceCoordinator() const {
+    return crossDeviceCoordinator_.get();
+  }
+  [[nodiscard]] const std::optional<std::string>& syncDeviceID() const { return syncDeviceID_; }
+  /// The last session the model told the other devices about, or would have; kept after it ends
+  /// so that its end can be told too.
+  [[nodiscard]] const std::optional<BlockSession>& lastSyncedSession() const {
+    return lastSyncedSession_;
+  }
+  /// The revision of the last intent built for a session.
+  [[nodiscard]] std::int64_t syncRevision() const { return syncRevision_; }
 
   // ---- start-up and the one-second loop ----
   /// The start-up pass, each time the main window comes up: puts the task and session engines
@@ -164,9 +189,19 @@ class AppModel {
   void fail();
   void publish();
 
-  // Steps of the cross-device layer; this composition has none, so they do nothing yet.
+  // ---- paired devices ----
+  // What the session engine is told to call when a session begins, is found again or ends. It
+  // only queues the change: the model takes it up once the operation under way is finished,
+  // and not at all once the model is gone.
+  [[nodiscard]] SessionEngine::SessionChanged sessionChangedCallback();
+  void runPendingSessionChanges();
+  // Tells the other devices that `session` runs, or with nothing that the last one ended.
   void syncSessionTransition(const std::optional<BlockSession>& session);
+  // Brings back what the other devices reported since the last refresh.
   void refreshPairedProtection();
+  void updateProtectionStatuses(const SyncedSessionIntent& intent);
+  [[nodiscard]] SyncedSessionIntent intentFor(const BlockSession& subject, SyncedSessionState state,
+                                              std::string sourceDeviceID) const;
 
   std::shared_ptr<SessionEngine> engine_;
   std::shared_ptr<TaskStore> taskStore_;
@@ -179,6 +214,15 @@ class AppModel {
   AppModelState state_;
   ChangeCallback onChange_;
   int publicationDepth_ = 0;
+
+  std::shared_ptr<CrossDeviceSessionCoordinator> crossDeviceCoordinator_;
+  std::optional<std::string> syncDeviceID_;
+  std::optional<BlockSession> lastSyncedSession_;
+  std::int64_t syncRevision_ = 0;
+  // Session changes reported by the engine and not yet taken up, oldest first.
+  std::deque<std::optional<BlockSession>> pendingSessionChanges_;
+  // The engine's callback holds this weakly, so that it can tell whether the model still exists.
+  std::shared_ptr<AppModel*> lifetime_ = std::make_shared<AppModel*>(this);
 };
 
 }  // namespace brindlet

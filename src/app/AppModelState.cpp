@@ -140,6 +140,20 @@ WeeklyReview AppModelState::weeklyReview() const {
   return RecommendationEngine::review(reviewDate, tasks(), planningCalendar);
 }
 
+PairingViewModel AppModelState::pairedDevicesPresentation() const {
+  PairingViewInputs inputs;
+  // Without a way to other devices the screen waits for the account, whatever else is held.
+  inputs.pairingState = hasCrossDeviceCoordinator ? pairingState : PairingState::waitingForICloud;
+  inputs.devices = pairedDevices;
+  inputs.protectionStatuses = pairedDeviceProtection;
+  if (activeSession) {
+    inputs.sessionMode = activeSession->mode == SessionMode::strict ? SyncedSessionMode::strict
+                                                                    : SyncedSessionMode::flexible;
+  }
+  inputs.now = now;
+  return PairingViewModel(inputs, calendar);
+}
+
 std::string AppModelState::format(double seconds) {
   const double whole = std::floor(seconds);
   // A time that no clock can show means a broken value upstream, not something to display.

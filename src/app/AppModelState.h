@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,6 +17,10 @@
 #include "support/Calendar.h"
 #include "support/Instant.h"
 #include "support/Uuid.h"
+#include "sync/DeviceProtectionStatus.h"
+#include "sync/PairedDevice.h"
+#include "sync/PairingViewModel.h"
+#include "sync/SyncSchema.h"
 
 namespace brindlet {
 
@@ -74,6 +79,17 @@ struct AppModelState {
   std::optional<BlockSession> activeSession{};
   ProtectionStatus protectionStatus = ProtectionStatus::off;
 
+  // ---- paired devices ----
+  /// Whether this model was given a way to other devices at all; the program's own composition
+  /// has none.
+  bool hasCrossDeviceCoordinator = false;
+  /// How well each paired iPhone protects the running or last session, by device id.
+  std::map<std::string, DeviceProtectionStatus> pairedDeviceProtection{};
+  /// The iPhones that announced themselves, as last heard.
+  std::vector<PairedDevice> pairedDevices{};
+  /// How the connection to the other devices stood at the last refresh.
+  PairingState pairingState = PairingState::waitingForICloud;
+
   // ---- the user's calendar ----
   /// Time zone and locale of the user; dates on screen are in it.
   Calendar calendar = Calendar::gregorianUtc();
@@ -97,6 +113,9 @@ struct AppModelState {
   [[nodiscard]] std::vector<FocusTask> selectedDayTasks() const;
   [[nodiscard]] std::optional<FocusTask> nextTask() const;
   [[nodiscard]] WeeklyReview weeklyReview() const;
+  /// The texts of the Devices screen, rebuilt on each read so that the seen-ago lines follow
+  /// `now`.
+  [[nodiscard]] PairingViewModel pairedDevicesPresentation() const;
 
   // ---- texts ----
   /// A duration as a clock: "mm:ss" below an hour, "hh:mm:ss" from there on; negative is zero.
