@@ -9,6 +9,8 @@ namespace brindlet {
 namespace {
 
 constexpr char kHexDigits[] = "0123456789abcdef";
+// Whole doubles from here on are written with an exponent; below it they fit in 64 bits.
+constexpr double kLargestPlainWholeNumber = 1e18;
 
 bool needsEscape(unsigned char byte) { return byte < 0x20 || byte == '"' || byte == '\\'; }
 
@@ -154,7 +156,13 @@ JsonWriter& JsonWriter::number(double value) {
   if (!std::isfinite(value)) throw EncodingError("a number is not finite.");
   beforeValue();
   char buffer[32];
-  const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+  auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+  // A large whole double comes out as a long run of digits, which readers take for an integer
+  // too big for 64 bits and refuse; the exponent form reads back as the same double.
+  if (std::fabs(value) >= kLargestPlainWholeNumber &&
+      std::string_view(buffer, result.ptr).find_first_of(".e") == std::string_view::npos) {
+    result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific);
+  }
   out_.append(buffer, result.ptr);
   return *this;
 }

@@ -93,6 +93,15 @@ TEST(PersistedStateTest, DatesAreNumbersOfSecondsSince2001) {
   EXPECT_TRUE(root["auditEvents"].at(0)["timestamp"].is_number());
 }
 
+TEST(PersistedStateTest, HugeFocusTimeSurvivesSaveThenLoad) {
+  const TempDir dir;
+  const LocalStore store(dir / "state.json");
+  PersistedState state = makeFullState();
+  state.tasks[0].accumulatedFocusSeconds = 3555555555555555555550.0;
+  store.save(state);
+  EXPECT_EQ(store.load(), state);
+}
+
 TEST(PersistedStateTest, NumberThatJsonCannotHoldFailsTheEncoding) {
   PersistedState state = makeFullState();
   state.tasks[0].accumulatedFocusSeconds = std::numeric_limits<double>::infinity();

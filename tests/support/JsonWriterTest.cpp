@@ -67,6 +67,19 @@ TEST(JsonWriterTest, DoublesUseTheShortestTextThatRoundTrips) {
   EXPECT_EQ(out.text(), "[0.1,3,1795253400.5]");
 }
 
+TEST(JsonWriterTest, LargeWholeDoublesReadBackAsTheSameDouble) {
+  for (const double value : {3555555555555555555550.0, -1e19, 1.8446744073709552e19, 1e300,
+                             9.2233720368547758e18, 123456789012345678.0}) {
+    JsonWriter out(JsonWriter::Style::compact);
+    out.number(value);
+    const JsonDocument document(out.text());
+    EXPECT_EQ(document.root().number(), value) << out.text();
+  }
+  JsonWriter out(JsonWriter::Style::compact);
+  out.number(3555555555555555555550.0);
+  EXPECT_EQ(out.text(), "3.5555555555555557e+21");
+}
+
 TEST(JsonWriterTest, NumbersThatJsonCannotHoldAreRefused) {
   JsonWriter out;
   EXPECT_THROW(out.number(std::nan("")), EncodingError);
