@@ -26,6 +26,7 @@
 #include "review/RecommendationEngine.h"
 #include "support/Calendar.h"
 #include "support/Clock.h"
+#include "support/FileService.h"
 #include "support/Uuid.h"
 
 namespace brindlet {
@@ -49,6 +50,8 @@ class AppModel {
     std::shared_ptr<ReminderScheduling> scheduler;
     std::shared_ptr<const Clock> clock;
     Calendar calendar;
+    /// The file calls under the state file, its backups and the hosts file's copies.
+    std::shared_ptr<const FileService> files = FileService::system();
   };
 
   /// The model of this user on this machine: the platform folders, the system hosts file, the
