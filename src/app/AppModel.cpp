@@ -98,7 +98,7 @@ std::unique_ptr<AppModel> AppModel::live(std::shared_ptr<ReminderScheduling> sch
 
 std::unique_ptr<AppModel> AppModel::compose(Composition composition) {
   // Later steps take what earlier ones built; nothing creates a folder or writes a file here.
-  const LocalStore local(composition.folders.stateFile());
+  const LocalStore local(composition.folders.stateFile(), composition.files);
 
   std::shared_ptr<TaskStore> taskStore;
   std::optional<std::string> startupError;
@@ -115,9 +115,9 @@ std::unique_ptr<AppModel> AppModel::compose(Composition composition) {
   }
 
   auto taskEngine = std::make_shared<TaskSessionEngine>(*taskStore, composition.calendar);
-  auto blocker = std::make_shared<HostsBlockingEngine>(composition.hostsPath,
-                                                       composition.folders.hostsBackupFolder(),
-                                                       std::move(composition.runner));
+  auto blocker = std::make_shared<HostsBlockingEngine>(
+      composition.hostsPath, composition.folders.hostsBackupFolder(), std::move(composition.runner),
+      composition.files);
   auto engine = std::make_shared<SessionEngine>(local, std::move(blocker));
   auto focusCoordinator = std::make_shared<FocusCoordinator>(*taskEngine, *engine);
   ReminderCoordinator reminders(std::move(composition.scheduler));

@@ -27,6 +27,7 @@
 #include "review/RecommendationEngine.h"
 #include "support/Calendar.h"
 #include "support/Clock.h"
+#include "support/FileService.h"
 #include "support/Uuid.h"
 #include "sync/CrossDeviceSessionCoordinator.h"
 #include "sync/SyncedSessionIntent.h"
@@ -56,6 +57,8 @@ class AppModel {
     /// composition has neither, so each session stops at the model.
     std::shared_ptr<CrossDeviceSessionCoordinator> crossDeviceCoordinator{};
     std::optional<std::string> syncDeviceID{};
+    /// The file calls under the state file, its backups and the hosts file's copies.
+    std::shared_ptr<const FileService> files = FileService::system();
   };
 
   /// The model of this user on this machine: the platform folders, the system hosts file, the

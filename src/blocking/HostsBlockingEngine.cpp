@@ -81,8 +81,11 @@ HostsBlockingEngine::HostsBlockingEngine(fs::path hostsURL, fs::path backupDirec
 void HostsBlockingEngine::apply(const std::vector<std::string>& hosts) {
   const std::lock_guard lock(mutex_);
   runTransaction([&](const std::string& text) { return HostsDocument(text).applying(hosts); });
-  // What was written stays even when it doesn't check out; the caller is told.
-  if (statusLocked(hosts) != BlockingStatus::active) throw BlockingError::verificationFailed();
+  // What was written stays even when it doesn't check out; the caller is told. A file that
+  // can't be read back is reported in the system's words, which say more than "not verified".
+  if (statusOf(readHostsText(hostsURL_, *files_), hosts) != BlockingStatus::active) {
+    throw BlockingError::verificationFailed();
+  }
 }
 
 void HostsBlockingEngine::remove() {
@@ -98,9 +101,18 @@ BlockingStatus HostsBlockingEngine::status(const std::vector<std::string>& expec
 
 BlockingStatus HostsBlockingEngine::statusLocked(
     const std::vector<std::string>& expectedHosts) const {
+  try {
+    return statusOf(readHostsText(hostsURL_, *files_), expectedHosts);
+  } catch (...) {
+    return BlockingStatus::unreadable;
+  }
+}
+
+BlockingStatus HostsBlockingEngine::statusOf(const std::string& text,
+                                             const std::vector<std::string>& expectedHosts) {
   std::set<std::string> managed;
   try {
-    managed = HostsDocument(readHostsText(hostsURL_, *files_)).managedHosts();
+    managed = HostsDocument(text).managedHosts();
   } catch (...) {
     return BlockingStatus::unreadable;
   }

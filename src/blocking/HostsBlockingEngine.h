@@ -38,6 +38,8 @@ class HostsBlockingEngine : public BlockingEngine {
 
   void runTransaction(const Transform& transform);
   [[nodiscard]] BlockingStatus statusLocked(const std::vector<std::string>& expectedHosts) const;
+  [[nodiscard]] static BlockingStatus statusOf(const std::string& text,
+                                               const std::vector<std::string>& expectedHosts);
 
   std::filesystem::path hostsURL_;
   std::filesystem::path backupDirectory_;

@@ -4,6 +4,7 @@
 #include <exception>
 #include <utility>
 
+#include "blocking/BlockingError.h"
 #include "blocking/DomainRules.h"
 #include "blocking/SessionError.h"
 #include "support/BrindletError.h"
@@ -39,6 +40,17 @@ bool holdsSession(const PersistedState& state, const Uuid& id) {
 // is up.
 bool mayEnd(const BlockSession& session, Instant now) {
   return session.mode == SessionMode::flexible || now >= session.endsAt;
+}
+
+// Whether the administrator refused the change, which leaves the hosts file as it was.
+bool isRefusal(const std::exception_ptr& failure) {
+  try {
+    std::rethrow_exception(failure);
+  } catch (const BlockingError& error) {
+    return error.which() == BlockingError::Case::authorizationCancelled;
+  } catch (...) {
+    return false;
+  }
 }
 
 }  // namespace
@@ -83,6 +95,16 @@ void SessionEngine::start(const DomainGroup& group, double duration, SessionMode
     blocker_->apply(hosts);
   } catch (...) {
     const std::exception_ptr failure = std::current_exception();
+    // A failure after the swap (the new file couldn't be read back, DNS refresh) leaves the
+    // block in place, and once the session is gone nothing would ever lift it. Only a refusal
+    // is known to have left the file alone; after anything else the block is taken out again.
+    if (!isRefusal(failure)) {
+      try {
+        blocker_->remove();
+      } catch (...) {
+        // The failure the user sees is the one that stopped the start.
+      }
+    }
     try {
       store_.updateAtomically([&](PersistedState& state) {
         if (holdsSession(state, session.id)) state.activeSession.reset();

@@ -46,7 +46,7 @@ class FakePrivilegedRunner : public PrivilegedCommandRunning {
   void replace(const std::filesystem::path& source,
                const std::filesystem::path& destination) override {
     calls.push_back({source, destination, fileExists(source)});
-    Outcome outcome = copies();
+    Outcome outcome = byDefault;
     if (!outcomes_.empty()) {
       outcome = std::move(outcomes_.front());
       outcomes_.pop_front();
@@ -61,6 +61,8 @@ class FakePrivilegedRunner : public PrivilegedCommandRunning {
 
   std::vector<Call> calls;
   int refreshCount = 0;
+  /// The outcome of a `replace` with none queued.
+  Outcome byDefault = copies();
 
  private:
   std::deque<Outcome> outcomes_;

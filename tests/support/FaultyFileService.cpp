@@ -54,7 +54,8 @@ ssize_t FaultyFileService::write(int fd, const void* bytes, size_t size) const {
 }
 
 int FaultyFileService::sync(int fd) const {
-  return failsNow(FileStep::fsync) ? -1 : FileService::sync(fd);
+  if (failsNow(FileStep::fsync)) return -1;
+  return durable_ ? FileService::sync(fd) : 0;
 }
 
 int FaultyFileService::rename(const char* from, const char* to) const {

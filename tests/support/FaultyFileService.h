@@ -30,6 +30,9 @@ class FaultyFileService : public FileService {
     return counts_[static_cast<std::size_t>(step)];
   }
   [[nodiscard]] bool faultHappened() const { return faultHappened_; }
+  /// Whether `sync` reaches the disk. Sweeps that run thousands of saves and never cut the
+  /// power turn it off: the call is still counted and can still fail.
+  void setDurable(bool durable) { durable_ = durable; }
 
   int makeFolder(const char* path, mode_t mode) const override;
   int open(const char* path, int flags, mode_t mode) const override;
@@ -52,6 +55,7 @@ class FaultyFileService : public FileService {
   std::optional<Fault> fault_;
   mutable std::array<std::size_t, kAllFileSteps.size()> counts_{};
   mutable bool faultHappened_ = false;
+  bool durable_ = true;
 };
 
 }  // namespace brindlet::testing

@@ -1,6 +1,7 @@
 #include "TempDir.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -12,8 +13,10 @@ namespace brindlet::testing {
 
 namespace fs = std::filesystem;
 
-TempDir::TempDir() {
-  std::string pattern = (fs::temp_directory_path() / "brindlet-test-XXXXXX").string();
+TempDir::TempDir() : TempDir(fs::temp_directory_path()) {}
+
+TempDir::TempDir(const fs::path& parent) {
+  std::string pattern = (parent / "brindlet-test-XXXXXX").string();
   if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
   path_ = pattern;
 }
@@ -21,6 +24,13 @@ TempDir::TempDir() {
 TempDir::~TempDir() {
   std::error_code ignored;
   fs::remove_all(path_, ignored);
+}
+
+fs::path inMemoryTemporaryFolder() {
+  const fs::path shared = "/dev/shm";
+  std::error_code error;
+  if (fs::is_directory(shared, error) && ::access(shared.c_str(), W_OK) == 0) return shared;
+  return fs::temp_directory_path();
 }
 
 std::string readBytes(const fs::path& path) {

@@ -12,6 +12,8 @@ namespace brindlet::testing {
 class TempDir {
  public:
   TempDir();
+  /// A fresh folder inside `parent`.
+  explicit TempDir(const std::filesystem::path& parent);
   ~TempDir();
   TempDir(const TempDir&) = delete;
   TempDir& operator=(const TempDir&) = delete;
@@ -24,6 +26,11 @@ class TempDir {
  private:
   std::filesystem::path path_;
 };
+
+/// A folder for temporary files kept in memory ("/dev/shm") where the system has one, else the
+/// ordinary temporary folder. For tests that replace files thousands of times and would
+/// otherwise wait on the disk's journal.
+[[nodiscard]] std::filesystem::path inMemoryTemporaryFolder();
 
 /// The file's bytes; fails the test when it can't be read.
 [[nodiscard]] std::string readBytes(const std::filesystem::path& path);

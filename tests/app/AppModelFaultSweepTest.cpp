@@ -1,0 +1,389 @@
+// Every command of the model that writes, run once for every single failure the file system can
+// give it: the plan on disk is the one from before the command (or a point the command also
+// passes through when nothing fails), the recovery copies and backups are whole documents, the
+// hosts file is the old one or the new one, and the user is told in the system's own words.
+
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <cerrno>
+#include <cstring>
+#include <functional>
+#include <optional>
+#include <ostream>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "AppModelWorld.h"
+#include "Builders.h"
+#include "FaultSweep.h"
+
+namespace brindlet::testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr LocalDay kToday{2026, 11, 21};
+constexpr LocalDay kTomorrow{2026, 11, 22};
+const Uuid kReport = Uuid::fromLiteral("B0000000-0000-4000-8000-000000000001");
+const Uuid kCall = Uuid::fromLiteral("B0000000-0000-4000-8000-000000000002");
+const Uuid kPutOff = Uuid::fromLiteral("B0000000-0000-4000-8000-000000000003");
+
+// A file service that also notes, after each rename onto the state file, the plan the file then
+// holds: the points a command passes through when nothing fails.
+class TracingFileService : public FaultyFileService {
+ public:
+  void trace(fs::path stateFile) { stateFile_ = std::move(stateFile); }
+
+  int rename(const char* from, const char* to) const override {
+    const int result = FaultyFileService::rename(from, to);
+    if (result == 0 && !stateFile_.empty() && fs::path(to) == stateFile_) {
+      states.insert(planText(LocalStore(stateFile_).load()));
+    }
+    return result;
+  }
+
+  mutable std::set<std::string> states;
+
+ private:
+  fs::path stateFile_;
+};
+
+struct Scenario {
+  std::string name;
+  /// Brings a launched model to the moment before the command.
+  std::function<void(AppModelWorld&)> arrange;
+  std::function<void(AppModelWorld&)> command;
+  /// What the command leaves outside the state file when it succeeds; nothing to check if empty.
+  std::function<bool(const AppModelWorld&)> madeItsFile = nullptr;
+  /// A task that a failed start puts back as pending, whatever it was before: the undo of a
+  /// start doesn't bring back an earlier pause.
+  std::optional<Uuid> pendingAfterAFailedStart = std::nullopt;
+};
+
+void PrintTo(const Scenario& scenario, std::ostream* out) { *out << scenario.name; }
+
+// The document as a failed start of the task leaves it.
+PersistedState withStartUndone(PersistedState state, const Uuid& taskID) {
+  for (FocusTask& task : state.tasks) {
+    if (task.id != taskID) continue;
+    task.status = TaskStatus::pending;
+    task.startedAt.reset();
+    task.activeSegmentStartedAt.reset();
+  }
+  return state;
+}
+
+FocusTask task(const Uuid& id, std::string title, bool blocking = false) {
+  FocusTask made = makeTask().titled(std::move(title)).plannedOn(kToday).estimated(25);
+  made.id = id;
+  if (blocking) made.blockingGroupID = PersistedState::initial().groups.front().id;
+  return made;
+}
+
+// Stores the tasks beside the seeded group and launches the model over them.
+void launchWith(AppModelWorld& world, std::vector<FocusTask> tasks) {
+  PersistedState state = PersistedState::initial();
+  state.tasks = std::move(tasks);
+  for (std::size_t i = 0; i < state.tasks.size(); ++i) {
+    state.tasks[i].manualPosition = static_cast<std::int64_t>(i);
+  }
+  world.store(state);
+  world.launch();
+}
+
+FocusTask shown(const AppModelWorld& world, const Uuid& id) {
+  for (const FocusTask& candidate : world.model().state().tasks()) {
+    if (candidate.id == id) return candidate;
+  }
+  ADD_FAILURE() << "no task " << id.uppercaseText();
+  return {};
+}
+
+const DomainRule& firstRule(const AppModelWorld& world) {
+  return world.model().state().groups.front().rules.front();
+}
+
+void launchWithTwo(AppModelWorld& world) {
+  launchWith(world, {task(kReport, "Report", true), task(kCall, "Call the bank")});
+}
+
+std::vector<Scenario> scenarios() {
+  return {
+      {"add a task",
+       [](AppModelWorld& w) {
+         launchWithTwo(w);
+         w.model().setQuickTitle("Plan the week");
+       },
+       [](AppModelWorld& w) { w.model().addTask(); }},
+      {"save a task", launchWithTwo,
+       [](AppModelWorld& w) {
+         FocusTask edited = shown(w, kCall);
+         edited.title = "Call the bank about the loan";
+         edited.scheduledStart = kTestNow.advanced(3600);
+         edited.reminder = TaskReminder{.isEnabled = true, .remindTenMinutesBefore = true};
+         w.model().saveTask(edited);
+       }},
+      {"move a task", launchWithTwo,
+       [](AppModelWorld& w) { w.model().moveTask(shown(w, kCall), kTomorrow); }},
+      {"unschedule a task", launchWithTwo,
+       [](AppModelWorld& w) { w.model().unscheduleTask(shown(w, kCall)); }},
+      {"reorder tasks", launchWithTwo,
+       [](AppModelWorld& w) { w.model().reorderTask(kCall, kReport); }},
+      {"generate recommendations",
+       [](AppModelWorld& w) {
+         FocusTask putOff = task(kPutOff, "Tax return");
+         putOff.skipCount = 2;
+         launchWith(w, {task(kReport, "Report"), putOff});
+       },
+       [](AppModelWorld& w) { w.model().generateRecommendations(); }},
+      {"approve a proposal",
+       [](AppModelWorld& w) {
+         FocusTask putOff = task(kPutOff, "Tax return");
+         putOff.skipCount = 2;
+         launchWith(w, {task(kReport, "Report"), putOff});
+         w.model().generateRecommendations();
+         ASSERT_FALSE(w.model().state().pendingProposals().empty());
+       },
+       [](AppModelWorld& w) {
+         w.model().approveProposal(w.model().state().pendingProposals().front());
+       }},
+      {"dismiss every proposal",
+       [](AppModelWorld& w) {
+         FocusTask putOff = task(kPutOff, "Tax return");
+         putOff.skipCount = 2;
+         launchWith(w, {task(kReport, "Report"), putOff});
+         w.model().generateRecommendations();
+       },
+       [](AppModelWorld& w) { w.model().dismissAllProposals(); }},
+      {"start a task without blocking", launchWithTwo,
+       [](AppModelWorld& w) { w.model().startTask(shown(w, kCall)); }},
+      {"start a task with blocking", launchWithTwo,
+       [](AppModelWorld& w) { w.model().startTask(shown(w, kReport)); }},
+      {"pause a task with blocking",
+       [](AppModelWorld& w) {
+         launchWithTwo(w);
+         w.model().startTask(shown(w, kReport));
+       },
+       [](AppModelWorld& w) { w.model().pauseActiveTask(); }},
+      {"resume a paused task",
+       [](AppModelWorld& w) {
+         launchWithTwo(w);
+         w.model().startTask(shown(w, kReport));
+         w.model().pauseActiveTask();
+       },
+       [](AppModelWorld& w) { w.model().resumeTask(shown(w, kReport)); }, nullptr, kReport},
+      {"skip a task with blocking",
+       [](AppModelWorld& w) {
+         launchWithTwo(w);
+         w.model().startTask(shown(w, kReport));
+       },
+       [](AppModelWorld& w) { w.model().skipActiveTask(); }},
+      {"complete a running task",
+       [](AppModelWorld& w) {
+         launchWithTwo(w);
+         w.model().startTask(shown(w, kReport));
+       },
+       [](AppModelWorld& w) { w.model().completeTask(shown(w, kReport)); }},
+      {"complete a paused task",
+       [](AppModelWorld& w) {
+         launchWithTwo(w);
+         w.model().startTask(shown(w, kCall));
+         w.model().pauseActiveTask();
+       },
+       [](AppModelWorld& w) { w.model().completeTask(shown(w, kCall)); }},
+      {"start a blocking session", launchWithTwo, [](AppModelWorld& w) { w.model().start(); }},
+      {"end a flexible session",
+       [](AppModelWorld& w) {
+         launchWithTwo(w);
+         w.model().start();
+       },
+       [](AppModelWorld& w) { w.model().endFlexible(); }},
+      {"add a domain",
+       [](AppModelWorld& w) {
+         launchWithTwo(w);
+         w.model().setDomainInput("example.com");
+       },
+       [](AppModelWorld& w) { w.model().addDomain(); }},
+      {"disable a rule", launchWithTwo,
+       [](AppModelWorld& w) { w.model().setEnabled(firstRule(w), false); }},
+      {"remove a rule", launchWithTwo,
+       [](AppModelWorld& w) { w.model().remove(DomainRule(firstRule(w))); }},
+      {"export a backup", launchWithTwo,
+       [](AppModelWorld& w) { w.model().exportBackup(w.root / "Exports" / "plan.json"); },
+       [](const AppModelWorld& w) { return fs::exists(w.root / "Exports" / "plan.json"); }},
+      {"restore a backup",
+       [](AppModelWorld& w) {
+         launchWithTwo(w);
+         w.model().exportBackup(w.root / "plan.json");
+         w.model().setQuickTitle("Added after the export");
+         w.model().addTask();
+       },
+       [](AppModelWorld& w) { w.model().restoreBackup(w.root / "plan.json"); }},
+      {"take the next day's backup",
+       [](AppModelWorld& w) {
+         launchWithTwo(w);
+         w.clock->advance(86400);
+         w.model().heartbeat();
+       },
+       [](AppModelWorld& w) { w.model().createDailyBackup(); },
+       [](const AppModelWorld& w) {
+         return fs::exists(w.folders.dailyBackupFolder() / "Brindlet-2026-11-22.json");
+       }},
+      {"end a session at its time (heartbeat)",
+       [](AppModelWorld& w) {
+         launchWithTwo(w);
+         w.model().start();
+         w.clock->advance(25 * 60 + 1);
+       },
+       [](AppModelWorld& w) { w.model().heartbeat(); }},
+      {"retry protection",
+       [](AppModelWorld& w) {
+         launchWithTwo(w);
+         w.model().start();
+         writeBytes(w.hostsPath, kWorldPlainHosts);
+       },
+       [](AppModelWorld& w) { w.model().retryProtection(); }},
+      {"repair the block at launch",
+       [](AppModelWorld& w) {
+         launchWithTwo(w);
+         w.model().start();
+         writeBytes(w.hostsPath, kWorldPlainHosts);
+       },
+       [](AppModelWorld& w) { w.relaunch(); }},
+  };
+}
+
+// Whether the failure's system text is on screen, in the alert or the protection line, and
+// wasn't there before the command.
+bool userSees(const AppModelState& state, const std::optional<std::string>& editorErrorBefore,
+              const std::optional<std::string>& protectionErrorBefore, int errorNumber) {
+  const std::string words = std::strerror(errorNumber);
+  const auto newlyShows = [&](const std::optional<std::string>& now,
+                              const std::optional<std::string>& earlier) {
+    return now && now != earlier && now->find(words) != std::string::npos;
+  };
+  return newlyShows(state.editorError, editorErrorBefore) ||
+         newlyShows(state.protectionError, protectionErrorBefore);
+}
+
+struct Outcome {
+  std::string plan;
+  std::string hosts;
+  bool madeItsFile = true;
+};
+
+// A world brought to the moment before the command, with its file calls counted from there on.
+struct Arranged {
+  std::shared_ptr<TracingFileService> files = std::make_shared<TracingFileService>();
+  TempDir folder{inMemoryTemporaryFolder()};
+  AppModelWorld world{folder.path(), files};
+  std::optional<std::string> editorErrorBefore;
+  std::optional<std::string> protectionErrorBefore;
+  PersistedState documentBefore;
+  std::string hostsBefore;
+
+  explicit Arranged(const Scenario& scenario) {
+    files->setDurable(false);
+    scenario.arrange(world);
+    world.model().clearEditorError();
+    editorErrorBefore = world.model().state().editorError;
+    protectionErrorBefore = world.model().state().protectionError;
+    documentBefore = world.stored();
+    hostsBefore = world.hostsText();
+    files->resetCounts();
+  }
+
+  [[nodiscard]] Outcome outcome(const Scenario& scenario) const {
+    return {planText(world.stored()), world.hostsText(),
+            !scenario.madeItsFile || scenario.madeItsFile(world)};
+  }
+};
+
+class AppModelFaultSweepTest : public ::testing::TestWithParam<Scenario> {};
+
+TEST_P(AppModelFaultSweepTest, EveryFailureKeepsThePlanAndIsShown) {
+  const Scenario& scenario = GetParam();
+
+  // The clean run: where the command goes, and every plan the file holds on the way.
+  std::vector<FileFault> faults;
+  std::set<std::string> passedThrough;
+  Outcome clean;
+  {
+    Arranged run(scenario);
+    run.files->trace(run.world.folders.stateFile());
+    scenario.command(run.world);
+    run.files->trace({});
+    for (const FileStep step : kAllFileSteps) {
+      for (std::size_t n = 1; n <= run.files->calls(step); ++n) {
+        for (const int error : {ENOSPC, EIO, EACCES}) faults.push_back({step, n, error});
+      }
+    }
+    passedThrough = run.files->states;
+    clean = run.outcome(scenario);
+    ASSERT_FALSE(run.world.model().state().editorError)
+        << "fails without a fault: " << *run.world.model().state().editorError;
+    ASSERT_EQ(problemsWithFilesOf(run.world), std::vector<std::string>{});
+    ASSERT_TRUE(clean.madeItsFile);
+  }
+  ASSERT_FALSE(faults.empty()) << "the command touches no file";
+
+  for (const FileFault& fault : faults) {
+    const std::string context = scenario.name + ", " + fault.describe();
+    Arranged run(scenario);
+    run.files->failAt(fault.step, fault.occurrence, fault.errorNumber);
+    scenario.command(run.world);
+    run.files->clearFault();
+    ASSERT_TRUE(run.files->faultHappened()) << context;
+
+    const std::vector<std::string> problems = problemsWithFilesOf(run.world);
+    EXPECT_EQ(problems, std::vector<std::string>{}) << context;
+    if (!problems.empty()) continue;
+    const Outcome outcome = run.outcome(scenario);
+    const PersistedState after = run.world.stored();
+    const bool undone =
+        planWithoutHistory(after) == planWithoutHistory(run.documentBefore) ||
+        (scenario.pendingAfterAFailedStart &&
+         planWithoutHistory(after) == planWithoutHistory(withStartUndone(
+                                          run.documentBefore, *scenario.pendingAfterAFailedStart)));
+    EXPECT_TRUE(undone || passedThrough.count(outcome.plan) > 0)
+        << context << ": the plan is neither the one from before nor one the command passes "
+        << "through\n  " << outcome.plan;
+    EXPECT_TRUE(outcome.hosts == run.hostsBefore || outcome.hosts == clean.hosts)
+        << context << ": the hosts file is neither the old one nor the new one";
+    const bool finished =
+        outcome.plan == clean.plan && outcome.hosts == clean.hosts && outcome.madeItsFile;
+    const AppModelState& state = run.world.model().state();
+    if (!finished) {
+      EXPECT_TRUE(
+          userSees(state, run.editorErrorBefore, run.protectionErrorBefore, fault.errorNumber))
+          << context << ": the command fell short and the user isn't told\n  editorError: "
+          << state.editorError.value_or("(none)")
+          << "\n  protectionError: " << state.protectionError.value_or("(none)");
+    }
+    // The next heartbeat shows what the disk holds.
+    run.world.model().heartbeat();
+    EXPECT_EQ(planText(run.world.model().state().taskSnapshot.state()),
+              planText(run.world.stored()))
+        << context;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, AppModelFaultSweepTest, ::testing::ValuesIn(scenarios()),
+                         [](const ::testing::TestParamInfo<Scenario>& info) {
+                           std::string name;
+                           bool upper = true;
+                           for (const char c : info.param.name) {
+                             if (std::isalnum(static_cast<unsigned char>(c)) == 0) {
+                               upper = true;
+                               continue;
+                             }
+                             name += upper ? static_cast<char>(std::toupper(c)) : c;
+                             upper = false;
+                           }
+                           return name;
+                         });
+
+}  // namespace
+}  // namespace brindlet::testing
