@@ -26,7 +26,7 @@ TEST_F(QmlModuleLoadTest, EveryComponentOfTheModuleCompiles) {
     EXPECT_FALSE(component.isError()) << component.errorString().toStdString();
     ++files;
   }
-  EXPECT_EQ(files, 18);
+  EXPECT_EQ(files, 20);
 }
 
 TEST_F(QmlModuleLoadTest, TheMainWindowOpensWithItsTitleAndSizes) {

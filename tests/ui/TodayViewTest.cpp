@@ -189,6 +189,9 @@ TEST_F(TodayViewTest, AFullDayWithAQueueAndCompletedTasks) {
           completedTask("Morning stand-up", 900), completedTask("Pay the rent", 120)});
   EXPECT_EQ(queueTitles().size(), 5U);
   click(item("completedHeader"));
+  EXPECT_TRUE(showsText("Completed (2)"));
+  // Tall enough to show the whole day at once.
+  window->resize(1040, 980);
   screenshot("today-queue");
 }
 

@@ -36,26 +36,45 @@ Popup {
             color: Theme.primary
         }
 
-        TextField {
+        AppTextField {
             objectName: "editorTitle"
             Layout.fillWidth: true
             placeholderText: "Task title"
             text: root.draft.title
-            font.pixelSize: Theme.bodySize
             onTextEdited: root.draft.title = text
         }
 
+        // Notes grow from two lines to five, then scroll.
         ScrollView {
             Layout.fillWidth: true
-            Layout.preferredHeight: Math.min(5, Math.max(2, notes.lineCount)) * 19 + 14
+            Layout.preferredHeight: Math.min(5, Math.max(2, notes.lineCount)) * notes.lineHeight + 20
             TextArea {
                 id: notes
+
+                readonly property real lineHeight: fontMetrics.lineSpacing
+
                 objectName: "editorNotes"
                 placeholderText: "Notes"
+                placeholderTextColor: Theme.faint
                 text: root.draft.notes
                 wrapMode: TextEdit.Wrap
                 font.pixelSize: Theme.bodySize
+                color: Theme.primary
+                leftPadding: 12
+                rightPadding: 12
+                Accessible.name: "Notes"
                 onTextChanged: if (text !== root.draft.notes) root.draft.notes = text
+                background: Rectangle {
+                    radius: Theme.controlRadius
+                    color: Theme.surface
+                    border.width: notes.activeFocus ? 2 : 1
+                    border.color: notes.activeFocus ? Theme.tint(Theme.accent, 0.6)
+                                                    : Theme.tint(Theme.primary, 0.14)
+                }
+                FontMetrics {
+                    id: fontMetrics
+                    font: notes.font
+                }
             }
         }
 
@@ -85,7 +104,7 @@ Popup {
             onStepped: (direction) => root.draft.stepActualMinutes(direction)
         }
 
-        Switch {
+        AppSwitch {
             id: hasStart
             objectName: "scheduleSwitch"
             text: "Schedule a start time"
@@ -142,7 +161,7 @@ Popup {
             }
         }
 
-        Switch {
+        AppSwitch {
             objectName: "reminderSwitch"
             text: "Remind me"
             checked: root.draft.reminderOn
@@ -157,7 +176,7 @@ Popup {
             visible: root.draft.reminderOn
             Layout.leftMargin: 24
             spacing: 2
-            Switch {
+            AppSwitch {
                 objectName: "tenMinutesSwitch"
                 text: "10 minutes before"
                 checked: root.draft.remindTenMinutesBefore
@@ -166,7 +185,7 @@ Popup {
                     checked = Qt.binding(() => root.draft.remindTenMinutesBefore)
                 }
             }
-            Switch {
+            AppSwitch {
                 objectName: "overdueSwitch"
                 text: "Once when overdue"
                 checked: root.draft.remindWhenOverdue
