@@ -188,10 +188,11 @@ TEST_F(TodayViewTest, AFullDayWithAQueueAndCompletedTasks) {
           makeTask().titled("Read the onboarding notes").plannedOn(kSaturday),
           completedTask("Morning stand-up", 900), completedTask("Pay the rent", 120)});
   EXPECT_EQ(queueTitles().size(), 5U);
+  // Tall enough to show the whole day at once.
+  window->resize(1040, 1000);
   click(item("completedHeader"));
   EXPECT_TRUE(showsText("Completed (2)"));
-  // Tall enough to show the whole day at once.
-  window->resize(1040, 980);
+  EXPECT_NE(item("taskRow.Morning stand-up"), nullptr);
   screenshot("today-queue");
 }
 
