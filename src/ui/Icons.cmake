@@ -1,0 +1,41 @@
+# The one table of icons: each symbol name that the screens use, and the Adwaita icon (from the
+# Debian package adwaita-icon-theme, LGPL-3 or CC-BY-SA-3) that stands for it. The icons are
+# copied into the build and bundled as resources under ":/icons/{symbol}.svg".
+set(BRINDLET_ICON_THEME /usr/share/icons/Adwaita/scalable)
+set(BRINDLET_ICONS
+  "sun.max.fill=status/weather-clear-symbolic.svg"
+  "calendar=mimetypes/x-office-calendar-symbolic.svg"
+  "chart.bar.fill=mimetypes/x-office-spreadsheet-symbolic.svg"
+  "shield.fill=status/security-high-symbolic.svg"
+  "shield=status/security-low-symbolic.svg"
+  "iphone.and.arrow.forward=devices/phone-apple-iphone-symbolic.svg"
+  "externaldrive.fill.badge.checkmark=devices/drive-harddisk-symbolic.svg"
+  "timer=status/alarm-symbolic.svg"
+  "arrow.right.circle.fill=actions/go-next-symbolic.svg"
+  "clock=legacy/preferences-system-time-symbolic.svg"
+  "stopwatch=status/task-due-symbolic.svg"
+  "stopwatch.fill=status/task-due-symbolic.svg"
+  "pause.fill=actions/media-playback-pause-symbolic.svg"
+  "play.fill=actions/media-playback-start-symbolic.svg"
+  "checkmark=actions/object-select-symbolic.svg"
+  "checkmark.circle.fill=emblems/emblem-ok-symbolic.svg"
+  "circle=ui/radio-symbolic.svg"
+  "plus.circle.fill=actions/list-add-symbolic.svg"
+  "line.3.horizontal=ui/list-drag-handle-symbolic.svg"
+  "ellipsis=actions/view-more-horizontal-symbolic.svg"
+  "bell.fill=legacy/preferences-system-notifications-symbolic.svg"
+  "bell.slash=status/notifications-disabled-symbolic.svg"
+)
+
+function(brindlet_bundle_icons target)
+  set(files)
+  foreach(entry IN LISTS BRINDLET_ICONS)
+    string(REPLACE "=" ";" pair "${entry}")
+    list(GET pair 0 symbol)
+    list(GET pair 1 source)
+    set(copy ${CMAKE_CURRENT_BINARY_DIR}/icons/${symbol}.svg)
+    configure_file(${BRINDLET_ICON_THEME}/${source} ${copy} COPYONLY)
+    list(APPEND files ${copy})
+  endforeach()
+  qt_add_resources(${target} brindlet_icons PREFIX / BASE ${CMAKE_CURRENT_BINARY_DIR} FILES ${files})
+endfunction()

@@ -1,0 +1,46 @@
+#include "NotificationSender.h"
+
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <QStringList>
+#include <QVariantMap>
+
+#include "UiTexts.h"
+
+namespace brindlet::ui {
+namespace {
+
+constexpr int kBusTimeoutMs = 2000;
+
+QDBusMessage busCall(const QString& method) {
+  return QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
+                                        QStringLiteral("/org/freedesktop/DBus"),
+                                        QStringLiteral("org.freedesktop.DBus"), method);
+}
+
+}  // namespace
+
+bool DBusNotificationSender::serviceAvailable() {
+  if (!connection_.isConnected()) return false;
+  const QString service = QString::fromLatin1(kService);
+
+  QDBusMessage hasOwner = busCall(QStringLiteral("NameHasOwner"));
+  hasOwner << service;
+  const QDBusReply<bool> owned = connection_.call(hasOwner, QDBus::Block, kBusTimeoutMs);
+  if (owned.isValid() && owned.value()) return true;
+
+  const QDBusReply<QStringList> activatable = connection_.call(
+      busCall(QStringLiteral("ListActivatableNames")), QDBus::Block, kBusTimeoutMs);
+  return activatable.isValid() && activatable.value().contains(service);
+}
+
+void DBusNotificationSender::send(const ReminderRequest& request) {
+  QDBusMessage notify = QDBusMessage::createMethodCall(
+      QString::fromLatin1(kService), QStringLiteral("/org/freedesktop/Notifications"),
+      QString::fromLatin1(kService), QStringLiteral("Notify"));
+  notify << QStringLiteral("Brindlet") << 0U << QString() << qs(request.title) << qs(request.body)
+         << QStringList() << QVariantMap() << -1;
+  connection_.asyncCall(notify);
+}
+
+}  // namespace brindlet::ui

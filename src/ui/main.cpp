@@ -1,0 +1,55 @@
+// The desktop application: the live model on its own thread, the main window and the tray item.
+
+#include <QtQml/qqmlextensionplugin.h>
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QQmlApplicationEngine>
+#include <QQuickStyle>
+#include <QQuickWindow>
+#include <memory>
+
+#include "Dashboard.h"
+#include "DesktopReminderScheduler.h"
+#include "MenuBarItem.h"
+#include "ModelHost.h"
+#include "NotificationSender.h"
+#include "app/AppModel.h"
+#include "app/PlatformFolders.h"
+#include "support/Clock.h"
+
+Q_IMPORT_QML_PLUGIN(BrindletPlugin)
+
+int main(int argc, char* argv[]) {
+  QApplication app(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("Brindlet"));
+  QApplication::setDesktopFileName(QStringLiteral("brindlet"));
+  QQuickStyle::setStyle(QStringLiteral("Basic"));
+
+  using namespace brindlet;
+  const auto clock = std::make_shared<SystemClock>();
+  const auto scheduler = std::make_shared<ui::DesktopReminderScheduler>(
+      PlatformFolders::current().dataFolder() / "reminders.json",
+      std::make_shared<ui::DBusNotificationSender>(QDBusConnection::sessionBus()), clock);
+  scheduler->start();
+
+  ui::ModelHost host(AppModel::live(scheduler, clock));
+  ui::Dashboard dashboard(host, clock);
+  ui::MenuBarItem menuBar(host);
+
+  QQmlApplicationEngine engine;
+  engine.load(QUrl(QStringLiteral("qrc:/Brindlet/Main.qml")));
+  if (engine.rootObjects().isEmpty()) return 1;
+  auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
+
+  // With a tray item the app keeps running when the window closes, and the item reopens it.
+  const bool inTray = menuBar.show();
+  QApplication::setQuitOnLastWindowClosed(!inTray);
+  QObject::connect(&menuBar, &ui::MenuBarItem::openRequested, window, [window] {
+    window->show();
+    window->raise();
+    window->requestActivate();
+  });
+
+  return QApplication::exec();
+}

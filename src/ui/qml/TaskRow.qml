@@ -1,0 +1,149 @@
+import QtQuick
+import QtQuick.Layouts
+import Brindlet
+
+// One task of the queue. A reorderable row drags as a whole, carrying the task's id as plain
+// text, and takes drops of other rows.
+Item {
+    id: root
+
+    required property string taskId
+    required property string title
+    required property bool completed
+    required property string priority
+    required property string estimateText
+    required property string focusedText
+    required property bool hasReminder
+    property bool reorderable: false
+    /// What a drag of this row carries: the task's id as plain text.
+    readonly property string dragText: taskId
+
+    objectName: "taskRow." + title
+    implicitHeight: 58
+    z: dragHandler.active ? 10 : 0
+
+    Rectangle {
+        id: card
+
+        width: root.width
+        height: root.height
+        radius: Theme.rowRadius
+        color: dropArea.containsDrag ? Theme.tint(Theme.accent, 0.12)
+                                     : (dragHandler.active ? Theme.surface : Theme.rowFill)
+        border.width: dragHandler.active ? 1 : 0
+        border.color: Theme.cardOutline
+
+        Drag.active: dragHandler.active
+        Drag.source: root
+        Drag.hotSpot.x: width / 2
+        Drag.hotSpot.y: height / 2
+        Drag.keys: ["text/plain"]
+        Drag.mimeData: ({ "text/plain": root.dragText })
+        Drag.supportedActions: Qt.MoveAction
+
+        DragHandler {
+            id: dragHandler
+            enabled: root.reorderable
+            xAxis.enabled: false
+            onActiveChanged: {
+                if (!active) {
+                    card.Drag.drop()
+                    card.y = 0
+                }
+            }
+        }
+
+        RowLayout {
+            anchors.fill: parent
+            anchors.leftMargin: 12
+            anchors.rightMargin: 8
+            spacing: 10
+
+            AppIcon {
+                visible: root.reorderable
+                symbol: "line.3.horizontal"
+                color: Theme.faint
+                Accessible.role: Accessible.Graphic
+                Accessible.name: "Drag to reprioritize"
+            }
+
+            AppButton {
+                objectName: "complete." + root.title
+                borderless: true
+                symbol: root.completed ? "checkmark.circle.fill" : "circle"
+                tint: root.completed ? Theme.green : Theme.secondary
+                enabled: !root.completed
+                Accessible.name: "Mark " + root.title + " done"
+                onClicked: Dashboard.completeTask(root.taskId)
+            }
+
+            ColumnLayout {
+                Layout.fillWidth: true
+                spacing: 3
+                Text {
+                    objectName: "rowTitle"
+                    Layout.fillWidth: true
+                    text: root.title
+                    elide: Text.ElideRight
+                    font.pixelSize: Theme.bodySize
+                    font.weight: Font.Medium
+                    font.strikeout: root.completed
+                    color: root.completed ? Theme.secondary : Theme.primary
+                }
+                RowLayout {
+                    spacing: 8
+                    PriorityBadge { priority: root.priority }
+                    Text {
+                        objectName: "rowEstimate"
+                        visible: root.estimateText.length > 0
+                        text: root.estimateText
+                        font.pixelSize: Theme.smallSize
+                        color: Theme.secondary
+                    }
+                    RowLayout {
+                        visible: root.completed
+                        spacing: 4
+                        AppIcon { symbol: "stopwatch.fill"; size: 12 }
+                        Text {
+                            objectName: "rowFocused"
+                            text: root.focusedText
+                            font.pixelSize: Theme.smallSize
+                            color: Theme.secondary
+                        }
+                    }
+                    AppIcon {
+                        visible: root.hasReminder
+                        symbol: "bell.fill"
+                        size: 12
+                    }
+                }
+            }
+
+            AppButton {
+                objectName: "edit." + root.title
+                borderless: true
+                symbol: "ellipsis"
+                Accessible.name: "Edit " + root.title
+                onClicked: Dashboard.editTask(root.taskId)
+            }
+        }
+    }
+
+    DropArea {
+        id: dropArea
+        anchors.fill: parent
+        enabled: root.reorderable
+        keys: ["text/plain"]
+        onDropped: (drop) => {
+            // A drag from another application brings its text with it; a drag within the window
+            // carries no data, so its plain text is read from the row it started on.
+            const fromRow = drop.source && drop.source.dragText !== undefined
+            const text = drop.hasText ? drop.text : (fromRow ? String(drop.source.dragText) : "")
+            if (Dashboard.dropOnRow(text, root.taskId)) {
+                drop.acceptProposedAction()
+            } else {
+                drop.accepted = false
+            }
+        }
+    }
+}

@@ -1,0 +1,42 @@
+// Every QML file of the module compiles and the main window comes up headless.
+
+#include <gtest/gtest.h>
+
+#include <QDirIterator>
+#include <QQmlComponent>
+#include <QQmlEngine>
+
+#include "UiFixture.h"
+
+namespace brindlet::testing {
+namespace {
+
+using QmlModuleLoadTest = UiTest;
+
+TEST_F(QmlModuleLoadTest, EveryComponentOfTheModuleCompiles) {
+  launch();
+  QQmlEngine probe;
+  int files = 0;
+  QDirIterator it(QStringLiteral(":/Brindlet"), {QStringLiteral("*.qml")});
+  while (it.hasNext()) {
+    const QString path = it.next();
+    // A singleton is made by the engine on first use, as the window's load shows.
+    if (path.endsWith(QStringLiteral("Theme.qml"))) continue;
+    QQmlComponent component(&probe, QUrl(QStringLiteral("qrc") + path));
+    EXPECT_FALSE(component.isError()) << component.errorString().toStdString();
+    ++files;
+  }
+  EXPECT_EQ(files, 20);
+}
+
+TEST_F(QmlModuleLoadTest, TheMainWindowOpensWithItsTitleAndSizes) {
+  launch();
+  EXPECT_EQ(window->title(), QStringLiteral("Brindlet"));
+  EXPECT_EQ(window->width(), 1040);
+  EXPECT_EQ(window->height(), 780);
+  EXPECT_EQ(window->minimumWidth(), 860);
+  EXPECT_EQ(window->minimumHeight(), 680);
+}
+
+}  // namespace
+}  // namespace brindlet::testing

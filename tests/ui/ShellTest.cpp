@@ -1,0 +1,115 @@
+// The main window's shell: sidebar and destinations, footer, alert and the heartbeat.
+
+#include <gtest/gtest.h>
+
+#include <QColor>
+#include <QTest>
+
+#include "UiFixture.h"
+#include "app/AppModel.h"
+
+namespace brindlet::testing {
+namespace {
+
+using ShellTest = UiTest;
+
+QColor dotColour(QQuickItem* dot) { return dot->property("color").value<QColor>(); }
+
+TEST_F(ShellTest, AnotherDestinationShowsItsPlaceholderPage) {
+  launch();
+  click(item("destination.Week"));
+  ASSERT_NE(item("placeholderTitle"), nullptr);
+  EXPECT_EQ(item("placeholderTitle")->property("text").toString(), "Week");
+  EXPECT_EQ(item("todayView"), nullptr);
+  click(item("destination.Today"));
+  EXPECT_NE(item("todayView"), nullptr);
+}
+
+TEST_F(ShellTest, WithTheSelectionClearedTheDetailShowsTodayAndNoRowIsHighlighted) {
+  launch();
+  click(item("destination.Today"), Qt::ControlModifier);
+  EXPECT_EQ(dashboard->destination(), -1);
+  EXPECT_NE(item("todayView"), nullptr);
+  for (const char* title : {"Today", "Week", "Review", "Blocking", "Devices", "Data Safety"}) {
+    EXPECT_FALSE(item(QStringLiteral("destination.") + title)->property("selected").toBool())
+        << title;
+  }
+}
+
+TEST_F(ShellTest, WithProtectionErrorAndActiveBlockingTheFooterAsksForAttention) {
+  launch();
+  screenshot("footer-ready");
+  EXPECT_EQ(item("footerCaption")->property("text").toString(), "Ready");
+
+  AppModelState state = host->state();
+  state.protectionStatus = ProtectionStatus::active;
+  dashboard->present(state);
+  frame();
+  EXPECT_EQ(item("footerCaption")->property("text").toString(), "Blocking active");
+  screenshot("footer-active");
+
+  state.protectionError = "The hosts file no longer holds the block for this session.";
+  dashboard->present(state);
+  frame();
+  EXPECT_EQ(item("footerCaption")->property("text").toString(), "Protection needs attention");
+  EXPECT_EQ(dotColour(item("footerDot")), QColor("#ec8a16"));
+  EXPECT_TRUE(showsText("The hosts file no longer holds the block for this session."));
+  EXPECT_NE(button("Reapply protection"), nullptr);
+  screenshot("footer-attention");
+}
+
+TEST_F(ShellTest, ClosingTheWindowStopsTheHeartbeatAndReopeningRecoversFirst) {
+  launch();
+  EXPECT_EQ(host->recoverCount(), 1);
+  EXPECT_TRUE(host->heartbeatRunning());
+
+  window->close();
+  settle();
+  EXPECT_FALSE(host->heartbeatRunning());
+  EXPECT_EQ(host->recoverCount(), 1);
+
+  window->show();
+  settle();
+  EXPECT_EQ(host->recoverCount(), 2);
+  EXPECT_TRUE(host->heartbeatRunning());
+}
+
+TEST_F(ShellTest, TheHeartbeatAdvancesTheRunningTimeWhileTheWindowIsShown) {
+  launch({makeTask().titled("Draft the agenda").plannedOn(kSaturday)});
+  clickButton("Start Focus");
+  clock->advance(42);
+  host->setHeartbeatInterval(std::chrono::milliseconds(1));
+  EXPECT_TRUE(QTest::qWaitFor(
+      [&] {
+        QCoreApplication::processEvents();
+        return dashboard->cardElapsedText() == "00:42";
+      },
+      2000));
+}
+
+TEST_F(ShellTest, ABlankErrorTextStillPresentsTheAlert) {
+  launch();
+  AppModelState state = host->state();
+  state.editorError = "";
+  dashboard->present(state);
+  frame();
+  ASSERT_NE(item("errorAlertMessage"), nullptr);
+  EXPECT_EQ(item("errorAlertMessage")->property("text").toString(), "");
+  clickButton("OK");
+  EXPECT_EQ(item("errorAlertMessage"), nullptr);
+}
+
+TEST_F(ShellTest, AnErrorShowsTheAlertWithItsTextAndOkClearsIt) {
+  launch();
+  click(item("quickAddField"));
+  pressKey(Qt::Key_Return);
+  ASSERT_NE(item("errorAlertMessage"), nullptr);
+  EXPECT_EQ(item("errorAlertMessage")->property("text").toString(), "Enter a task title.");
+  screenshot("alert");
+  clickButton("OK");
+  EXPECT_EQ(item("errorAlertMessage"), nullptr);
+  EXPECT_FALSE(host->state().editorError.has_value());
+}
+
+}  // namespace
+}  // namespace brindlet::testing
