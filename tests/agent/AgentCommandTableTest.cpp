@@ -64,7 +64,7 @@ TEST_F(AgentServiceTest, CreateAppendsTheTaskAndAnswersItAsBuilt) {
   EXPECT_EQ(task.updatedAt, kTestNow);
   EXPECT_EQ(task.reminder, std::nullopt);
   EXPECT_EQ(task.blockingGroupID, std::nullopt);
-  const TaskAuditEvent& event = stored().auditEvents.back();
+  const TaskAuditEvent event = stored().auditEvents.back();
   EXPECT_EQ(event.source, MutationSource::agent);
   EXPECT_EQ(event.action, "task.create");
   EXPECT_EQ(event.taskID, task.id);
@@ -160,7 +160,7 @@ TEST_F(AgentUpdateTest, EmptyPayloadSucceedsAdvancesTheRevisionAndMovesUpdatedAt
   FocusTask expected = task_;
   expected.updatedAt = later;
   EXPECT_EQ(storedTask(task_.id), expected);
-  const TaskAuditEvent& event = stored().auditEvents.back();
+  const TaskAuditEvent event = stored().auditEvents.back();
   EXPECT_EQ(event.source, MutationSource::agent);
   EXPECT_EQ(event.action, "task.update");
   EXPECT_EQ(event.taskID, task_.id);

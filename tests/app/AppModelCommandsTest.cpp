@@ -62,7 +62,7 @@ TEST_F(AppModelTest, AddTaskAppendsToTheSelectedDayAndClearsTheInput) {
   model->addTask();
 
   ASSERT_EQ(stored().tasks.size(), 1U);
-  const FocusTask& task = stored().tasks[0];
+  const FocusTask task = stored().tasks[0];
   EXPECT_EQ(task.title, "Plan the week");
   EXPECT_EQ(task.plannedDay, kToday);
   EXPECT_EQ(task.createdAt, kTestNow);
