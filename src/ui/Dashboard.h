@@ -70,6 +70,7 @@ class Dashboard : public QObject {
   /// Shows a state as if the model had just published it.
   void present(const AppModelState& state);
   [[nodiscard]] const AppModelState& shownState() const { return state_; }
+  [[nodiscard]] ModelHost& host() const { return host_; }
 
   [[nodiscard]] QString navigationTitle() const;
   [[nodiscard]] QStringList destinationTitles() const;

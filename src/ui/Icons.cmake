@@ -25,6 +25,17 @@ set(BRINDLET_ICONS
   "ellipsis=actions/view-more-horizontal-symbolic.svg"
   "bell.fill=legacy/preferences-system-notifications-symbolic.svg"
   "bell.slash=status/notifications-disabled-symbolic.svg"
+  "arrow.right=actions/go-next-symbolic.svg"
+  "chevron.left=actions/go-previous-symbolic.svg"
+  "chevron.right=actions/go-next-symbolic.svg"
+  "sparkles=status/starred-symbolic.svg"
+  "lock.fill=status/changes-prevent-symbolic.svg"
+  "touchid=devices/auth-fingerprint-symbolic.svg"
+  "trash=places/user-trash-symbolic.svg"
+  "checkmark.shield.fill=status/security-high-symbolic.svg"
+  "iphone=devices/phone-apple-iphone-symbolic.svg"
+  "square.and.arrow.up=actions/document-save-symbolic.svg"
+  "square.and.arrow.down=actions/document-open-symbolic.svg"
 )
 
 function(brindlet_bundle_icons target)

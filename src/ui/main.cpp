@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QIcon>
 #include <QQmlApplicationEngine>
 #include <QQuickStyle>
 #include <QQuickWindow>
@@ -23,7 +24,8 @@ Q_IMPORT_QML_PLUGIN(BrindletPlugin)
 int main(int argc, char* argv[]) {
   QApplication app(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Brindlet"));
-  QApplication::setDesktopFileName(QStringLiteral("brindlet"));
+  QApplication::setDesktopFileName(QStringLiteral(BRINDLET_APP_ID));
+  QApplication::setWindowIcon(QIcon(QStringLiteral(":/" BRINDLET_APP_ID ".svg")));
   QQuickStyle::setStyle(QStringLiteral("Basic"));
 
   using namespace brindlet;

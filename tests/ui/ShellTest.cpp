@@ -15,14 +15,16 @@ using ShellTest = UiTest;
 
 QColor dotColour(QQuickItem* dot) { return dot->property("color").value<QColor>(); }
 
-TEST_F(ShellTest, AnotherDestinationShowsItsPlaceholderPage) {
+TEST_F(ShellTest, EachDestinationShowsItsOwnScreen) {
   launch();
-  click(item("destination.Week"));
-  ASSERT_NE(item("placeholderTitle"), nullptr);
-  EXPECT_EQ(item("placeholderTitle")->property("text").toString(), "Week");
-  EXPECT_EQ(item("todayView"), nullptr);
-  click(item("destination.Today"));
-  EXPECT_NE(item("todayView"), nullptr);
+  const std::vector<std::pair<QString, QString>> screens{
+      {"Week", "weekView"},       {"Review", "reviewView"},          {"Blocking", "blockingView"},
+      {"Devices", "devicesView"}, {"Data Safety", "dataSafetyView"}, {"Today", "todayView"}};
+  for (const auto& [title, view] : screens) {
+    click(item("destination." + title));
+    EXPECT_NE(item(view), nullptr) << title.toStdString();
+    EXPECT_EQ(item(view == "todayView" ? "weekView" : "todayView"), nullptr) << title.toStdString();
+  }
 }
 
 TEST_F(ShellTest, WithTheSelectionClearedTheDetailShowsTodayAndNoRowIsHighlighted) {

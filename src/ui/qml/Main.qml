@@ -39,22 +39,18 @@ ApplicationWindow {
             objectName: "detail"
             Layout.fillWidth: true
             Layout.fillHeight: true
-            sourceComponent: Dashboard.destination <= 0 ? todayScreen : placeholderScreen
+            // In the order of the sidebar; a cleared selection shows Today.
+            sourceComponent: [todayScreen, weekScreen, reviewScreen, blockingScreen, devicesScreen,
+                              dataSafetyScreen][Math.max(0, Dashboard.destination)]
         }
     }
 
-    Component {
-        id: todayScreen
-        TodayView {}
-    }
-
-    Component {
-        id: placeholderScreen
-        PlaceholderView {
-            title: Dashboard.destinationTitles[Dashboard.destination]
-            symbol: Dashboard.destinationSymbols[Dashboard.destination]
-        }
-    }
+    Component { id: todayScreen; TodayView {} }
+    Component { id: weekScreen; WeekView {} }
+    Component { id: reviewScreen; ReviewView {} }
+    Component { id: blockingScreen; BlockingDashboardView {} }
+    Component { id: devicesScreen; PairedDevicesView {} }
+    Component { id: dataSafetyScreen; DataSafetyView {} }
 
     ErrorAlert {}
 
