@@ -86,6 +86,8 @@ int main(int argc, char* argv[]) {
 
   if (mode == "bare") {
     engine.loadData("import QtQuick\nWindow { width: 1040; height: 780; visible: true }");
+  } else if (mode == "qml") {
+    engine.load(QString::fromLocal8Bit(qgetenv("BENCH_QML")));
   } else {
     const PlatformFolders folders{.applicationSupport = folder / "support",
                                   .documents = folder / "documents"};
@@ -104,17 +106,21 @@ int main(int argc, char* argv[]) {
         std::make_shared<ui::DBusNotificationSender>(QDBusConnection::connectToBus(
             QStringLiteral("unix:path=/nonexistent"), QStringLiteral("none"))),
         clock);
-    host = std::make_unique<ui::ModelHost>(AppModel::compose(AppModel::Composition{
-        .folders = folders,
-        .hostsPath = folder / "hosts",
-        .runner = std::make_shared<UnusedRunner>(),
-        .scheduler = scheduler,
-        .clock = clock,
-        .calendar = Calendar::current(),
-    }));
+    // As the app does: the model is composed on its own thread while the window loads.
+    host = std::make_unique<ui::ModelHost>([folders, folder, scheduler, clock] {
+      return AppModel::compose(AppModel::Composition{
+          .folders = folders,
+          .hostsPath = folder / "hosts",
+          .runner = std::make_shared<UnusedRunner>(),
+          .scheduler = scheduler,
+          .clock = clock,
+          .calendar = Calendar::current(),
+      });
+    });
     dashboard = std::make_unique<ui::Dashboard>(*host, clock);
     menuBar = std::make_unique<ui::MenuBarItem>(*host);
     engine.load(QUrl(QStringLiteral("qrc:/Brindlet/Main.qml")));
+    host->settle();
   }
   if (engine.rootObjects().isEmpty()) return 1;
   auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
@@ -128,6 +134,11 @@ int main(int argc, char* argv[]) {
         if (mode != "idle") {
           // Memory settles once the first frame is out and pending work is done.
           QTimer::singleShot(500, &app, [&, firstFrame] {
+            if (qEnvironmentVariableIsSet("BENCH_SMAPS")) {
+              std::ifstream in("/proc/self/smaps");
+              std::ofstream out(qgetenv("BENCH_SMAPS").toStdString());
+              out << in.rdbuf();
+            }
             std::printf("%s first_frame_ms=%lld rss_kb=%ld\n", mode.c_str(),
                         static_cast<long long>(firstFrame), residentKilobytes());
             QCoreApplication::quit();

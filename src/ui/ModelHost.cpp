@@ -8,6 +8,25 @@ namespace brindlet::ui {
 
 ModelHost::ModelHost(std::unique_ptr<AppModel> model, QObject* parent)
     : QObject(parent), model_(std::move(model)), state_(model_->state()) {
+  startThread();
+  forwardChanges();
+}
+
+// Until the model's first state arrives, the window has an empty plan to bind to.
+ModelHost::ModelHost(ModelFactory makeModel, QObject* parent)
+    : QObject(parent),
+      state_(AppModelState{.taskSnapshot = TaskStoreSnapshot(PersistedState::initial())}) {
+  startThread();
+  runOnModelThread([this, makeModel = std::move(makeModel)] {
+    model_ = makeModel();
+    forwardChanges();
+    const AppModelState first = model_->state();
+    QMetaObject::invokeMethod(
+        this, [this, first] { receive(first, 0); }, Qt::QueuedConnection);
+  });
+}
+
+void ModelHost::startThread() {
   worker_ = new QObject;
   heartbeat_ = new QTimer(worker_);
   heartbeat_->setInterval(std::chrono::seconds(1));
@@ -17,15 +36,17 @@ ModelHost::ModelHost(std::unique_ptr<AppModel> model, QObject* parent)
   });
   worker_->moveToThread(&thread_);
   connect(&thread_, &QThread::finished, worker_, &QObject::deleteLater);
+  thread_.setObjectName(QStringLiteral("model"));
+  thread_.start();
+}
 
+void ModelHost::forwardChanges() {
   // Runs on the model thread; the copy shares the task document, so it is cheap.
   model_->setOnChange([this](const AppModelState& published) {
     const std::uint64_t sequence = finishedSequence_;
     QMetaObject::invokeMethod(
         this, [this, published, sequence] { receive(published, sequence); }, Qt::QueuedConnection);
   });
-  thread_.setObjectName(QStringLiteral("model"));
-  thread_.start();
 }
 
 ModelHost::~ModelHost() {
@@ -38,7 +59,7 @@ ModelHost::~ModelHost() {
       Qt::BlockingQueuedConnection);
   thread_.quit();
   thread_.wait();
-  model_->setOnChange({});
+  if (model_) model_->setOnChange({});
 }
 
 void ModelHost::runOnModelThread(std::function<void()> work) {

@@ -27,8 +27,12 @@ class ModelHost : public QObject {
 
  public:
   using Job = std::function<void(AppModel&)>;
+  using ModelFactory = std::function<std::unique_ptr<AppModel>()>;
 
   explicit ModelHost(std::unique_ptr<AppModel> model, QObject* parent = nullptr);
+  /// Composes the model on the model thread, so that the window can load meanwhile; the model's
+  /// first state arrives like any later one (`settle()` waits for it).
+  explicit ModelHost(ModelFactory makeModel, QObject* parent = nullptr);
   ~ModelHost() override;
 
   /// Queues a job for the model thread and returns at once. The number it returns is the job's
@@ -58,6 +62,8 @@ class ModelHost : public QObject {
   void stateChanged();
 
  private:
+  void startThread();
+  void forwardChanges();
   void runOnModelThread(std::function<void()> work);
   void receive(const AppModelState& state, std::uint64_t sequence);
 

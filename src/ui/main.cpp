@@ -35,13 +35,16 @@ int main(int argc, char* argv[]) {
       std::make_shared<ui::DBusNotificationSender>(QDBusConnection::sessionBus()), clock);
   scheduler->start();
 
-  ui::ModelHost host(AppModel::live(scheduler, clock));
+  ui::ModelHost host([scheduler, clock] { return AppModel::live(scheduler, clock); });
   ui::Dashboard dashboard(host, clock);
   ui::MenuBarItem menuBar(host);
 
   QQmlApplicationEngine engine;
   engine.load(QUrl(QStringLiteral("qrc:/Brindlet/Main.qml")));
   if (engine.rootObjects().isEmpty()) return 1;
+  // The model was composed while the window loaded; its first state is on show before the
+  // first frame.
+  host.settle();
   auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
 
   // With a tray item the app keeps running when the window closes, and the item reopens it.

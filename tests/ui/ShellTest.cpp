@@ -3,10 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <QColor>
+#include <QCoreApplication>
 #include <QTest>
+#include <QThread>
+#include <atomic>
 
 #include "UiFixture.h"
 #include "app/AppModel.h"
+#include "persistence/LocalStore.h"
 
 namespace brindlet::testing {
 namespace {
@@ -25,6 +29,28 @@ TEST_F(ShellTest, EachDestinationShowsItsOwnScreen) {
     EXPECT_NE(item(view), nullptr) << title.toStdString();
     EXPECT_EQ(item(view == "todayView" ? "weekView" : "todayView"), nullptr) << title.toStdString();
   }
+}
+
+TEST_F(ShellTest, TheModelIsComposedOnItsOwnThreadBeforeItsFirstJob) {
+  PersistedState document = PersistedState::initial();
+  document.tasks = {makeTask().titled("Composed elsewhere").plannedOn(kSaturday)};
+  LocalStore(folders.stateFile()).save(document);
+  std::atomic<bool> composedOnThisThread = true;
+  ui::ModelHost composing([&] {
+    composedOnThisThread = QThread::currentThread() == QCoreApplication::instance()->thread();
+    return AppModel::compose(AppModel::Composition{.folders = folders,
+                                                   .hostsPath = hostsPath,
+                                                   .runner = runner,
+                                                   .scheduler = scheduler,
+                                                   .clock = clock,
+                                                   .calendar = calendar});
+  });
+  composing.setWindowShown(true);
+  composing.settle();
+  composing.setWindowShown(false);
+  EXPECT_FALSE(composedOnThisThread);
+  ASSERT_EQ(composing.state().tasks().size(), 1U);
+  EXPECT_EQ(composing.state().tasks().front().title, "Composed elsewhere");
 }
 
 TEST_F(ShellTest, WithTheSelectionClearedTheDetailShowsTodayAndNoRowIsHighlighted) {

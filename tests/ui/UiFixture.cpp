@@ -39,14 +39,17 @@ void UiTest::launch(const std::vector<FocusTask>& tasks) {
   state.tasks = tasks;
   LocalStore(folders.stateFile()).save(state);
 
-  host = std::make_unique<ui::ModelHost>(AppModel::compose(AppModel::Composition{
-      .folders = folders,
-      .hostsPath = hostsPath,
-      .runner = runner,
-      .scheduler = scheduler,
-      .clock = clock,
-      .calendar = calendar,
-  }));
+  // As in the app, the model is composed on its own thread while the window loads.
+  host = std::make_unique<ui::ModelHost>([this] {
+    return AppModel::compose(AppModel::Composition{
+        .folders = folders,
+        .hostsPath = hostsPath,
+        .runner = runner,
+        .scheduler = scheduler,
+        .clock = clock,
+        .calendar = calendar,
+    });
+  });
   // The heartbeat is the tests' to give; a real second never passes here.
   host->setHeartbeatInterval(std::chrono::hours(1));
   dashboard = std::make_unique<ui::Dashboard>(*host, clock);

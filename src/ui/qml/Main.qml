@@ -52,7 +52,11 @@ ApplicationWindow {
     Component { id: devicesScreen; PairedDevicesView {} }
     Component { id: dataSafetyScreen; DataSafetyView {} }
 
-    ErrorAlert {}
+    // Made when the first error arrives, then kept: most sessions never need it.
+    Loader {
+        active: Dashboard.alertShown || item !== null
+        sourceComponent: ErrorAlert {}
+    }
 
     // The editor sheet, made anew for every task that is opened.
     Loader {
