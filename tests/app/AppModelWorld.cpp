@@ -37,6 +37,11 @@ AppModelWorld::AppModelWorld(const fs::path& rootFolder, std::shared_ptr<const F
 }
 
 AppModel& AppModelWorld::launch() {
+  compose().recover();
+  return *model_;
+}
+
+AppModel& AppModelWorld::compose() {
   // The old model goes first, as when the program quits before it starts again.
   model_.reset();
   model_ = AppModel::compose(AppModel::Composition{.folders = folders,
@@ -46,7 +51,6 @@ AppModel& AppModelWorld::launch() {
                                                    .clock = clock,
                                                    .calendar = calendar,
                                                    .files = files});
-  model_->recover();
   return *model_;
 }
 

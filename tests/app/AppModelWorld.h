@@ -34,6 +34,9 @@ class AppModelWorld {
 
   /// Builds the model over the folders and runs its start-up pass, as a launch does.
   AppModel& launch();
+  /// Builds the model over the folders, which may move an old state file to the current
+  /// schema, without the start-up pass: what the program has before its window comes up.
+  AppModel& compose();
   /// Drops the model and launches a new one over the same folders and services.
   AppModel& relaunch() { return launch(); }
   [[nodiscard]] AppModel& model() const { return *model_; }
