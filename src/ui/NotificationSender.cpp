@@ -2,6 +2,7 @@
 
 #include <QDBusMessage>
 #include <QDBusReply>
+#include <QGuiApplication>
 #include <QStringList>
 #include <QVariantMap>
 
@@ -38,8 +39,13 @@ void DBusNotificationSender::send(const ReminderRequest& request) {
   QDBusMessage notify = QDBusMessage::createMethodCall(
       QString::fromLatin1(kService), QStringLiteral("/org/freedesktop/Notifications"),
       QString::fromLatin1(kService), QStringLiteral("Notify"));
-  notify << QStringLiteral("Brindlet") << 0U << QString() << qs(request.title) << qs(request.body)
-         << QStringList() << QVariantMap() << -1;
+  // The application id names the installed icon and lets the desktop group the notification
+  // with the app's launcher.
+  const QString applicationId = QGuiApplication::desktopFileName();
+  QVariantMap hints;
+  if (!applicationId.isEmpty()) hints.insert(QStringLiteral("desktop-entry"), applicationId);
+  notify << QStringLiteral("Brindlet") << 0U << applicationId << qs(request.title)
+         << qs(request.body) << QStringList() << hints << -1;
   connection_.asyncCall(notify);
 }
 

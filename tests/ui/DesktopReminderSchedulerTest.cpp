@@ -5,6 +5,7 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QGuiApplication>
 #include <QProcess>
 #include <QStringList>
 #include <QTest>
@@ -26,11 +27,15 @@ class RecordingNotificationService : public QObject {
 
  public:
   QStringList summaries;
+  QStringList icons;
+  QStringList desktopEntries;
 
  public slots:
-  uint Notify(const QString&, uint, const QString&, const QString& summary, const QString&,
-              const QStringList&, const QVariantMap&, int) {
+  uint Notify(const QString&, uint, const QString& icon, const QString& summary, const QString&,
+              const QStringList&, const QVariantMap& hints, int) {
     summaries << summary;
+    icons << icon;
+    desktopEntries << hints.value(QStringLiteral("desktop-entry")).toString();
     return static_cast<uint>(summaries.size());
   }
 };
@@ -129,6 +134,18 @@ TEST_F(DesktopReminderSchedulerTest, ARequestThatFellDueWhileClosedFiresOnceAtTh
   const auto again = makeScheduler();
   again->start();
   EXPECT_FALSE(QTest::qWaitFor([&] { return service.summaries.size() > 1; }, 200));
+}
+
+TEST_F(DesktopReminderSchedulerTest, ANotificationCarriesTheApplicationIdAsIconAndDesktopEntry) {
+  QGuiApplication::setDesktopFileName(QStringLiteral("org.brindlet.Brindlet"));
+  startStandIn();
+  const auto scheduler = makeScheduler();
+  scheduler->schedule({request(kTask, ReminderKind::start, kTestNow.advanced(-1), "Now")});
+  scheduler->start();
+  QGuiApplication::setDesktopFileName({});
+  ASSERT_TRUE(received(1));
+  EXPECT_EQ(service.icons, QStringList{"org.brindlet.Brindlet"});
+  EXPECT_EQ(service.desktopEntries, QStringList{"org.brindlet.Brindlet"});
 }
 
 TEST_F(DesktopReminderSchedulerTest, ARequestDueShortlyFiresOnceAtItsTime) {
