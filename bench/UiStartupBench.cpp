@@ -2,6 +2,8 @@
 // window, and the processor time the app takes while idle with a running task.
 //
 //   ui_startup_bench bare         a window with nothing in it
+//   ui_startup_bench controls     a window of stock buttons, text and a text field
+//   ui_startup_bench file PATH    any QML file that opens a window, to try a variant
 //   ui_startup_bench app          the main window over a plan of five tasks
 //   ui_startup_bench idle SECONDS the main window with a running task, left alone
 //
@@ -49,6 +51,23 @@ class UnusedRunner : public PrivilegedCommandRunning {
   void refreshDNS() override {}
 };
 
+// A second yardstick: a window of stock controls and text, with none of the app's own parts.
+constexpr const char* kControlsWindow = R"(
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+ApplicationWindow {
+    width: 1040; height: 780; visible: true
+    RowLayout {
+        anchors.fill: parent
+        ColumnLayout { Repeater { model: 6; Button { text: "Destination " + index } } }
+        ColumnLayout {
+            Repeater { model: 12; Text { text: "A line of text " + index } }
+            TextField { placeholderText: "Add a task" }
+        }
+    }
+})";
+
 long residentKilobytes() {
   std::ifstream status("/proc/self/status");
   std::string line;
@@ -71,7 +90,7 @@ int main(int argc, char* argv[]) {
   QElapsedTimer sinceStart;
   sinceStart.start();
   const std::string mode = argc > 1 ? argv[1] : "app";
-  const int idleSeconds = argc > 2 ? std::stoi(argv[2]) : 60;
+  const int idleSeconds = mode == "idle" && argc > 2 ? std::stoi(argv[2]) : 60;
 
   QApplication app(argc, argv);
   QQuickStyle::setStyle(QStringLiteral("Basic"));
@@ -86,8 +105,10 @@ int main(int argc, char* argv[]) {
 
   if (mode == "bare") {
     engine.loadData("import QtQuick\nWindow { width: 1040; height: 780; visible: true }");
-  } else if (mode == "qml") {
-    engine.load(QString::fromLocal8Bit(qgetenv("BENCH_QML")));
+  } else if (mode == "controls") {
+    engine.loadData(kControlsWindow);
+  } else if (mode == "file" && argc > 2) {
+    engine.load(QString::fromLocal8Bit(argv[2]));
   } else {
     const PlatformFolders folders{.applicationSupport = folder / "support",
                                   .documents = folder / "documents"};
@@ -134,11 +155,6 @@ int main(int argc, char* argv[]) {
         if (mode != "idle") {
           // Memory settles once the first frame is out and pending work is done.
           QTimer::singleShot(500, &app, [&, firstFrame] {
-            if (qEnvironmentVariableIsSet("BENCH_SMAPS")) {
-              std::ifstream in("/proc/self/smaps");
-              std::ofstream out(qgetenv("BENCH_SMAPS").toStdString());
-              out << in.rdbuf();
-            }
             std::printf("%s first_frame_ms=%lld rss_kb=%ld\n", mode.c_str(),
                         static_cast<long long>(firstFrame), residentKilobytes());
             QCoreApplication::quit();
