@@ -18,10 +18,17 @@ FocusCard {
         width: parent.width
         spacing: 14
 
-        AppIcon {
-            symbol: "iphone"
-            size: 22
-            color: Theme.primary
+        Rectangle {
+            implicitWidth: 40
+            implicitHeight: 40
+            radius: Theme.controlRadius
+            color: Theme.tint(Theme.accent, 0.1)
+            AppIcon {
+                anchors.centerIn: parent
+                symbol: "iphone"
+                size: Theme.headlineSize + 5
+                color: Theme.accent
+            }
         }
         ColumnLayout {
             Layout.fillWidth: true

@@ -7,9 +7,12 @@ import Brindlet
 FocusCard {
     id: root
 
+    // The lines read as one text, each closed as a sentence unless it closes itself.
     readonly property string spokenText: [DevicesScreen.headline, DevicesScreen.detail,
                                           DevicesScreen.modeMessage]
-                                         .filter(line => line.length > 0).join(". ")
+        .filter(line => line.length > 0)
+        .map(line => /[.!?]$/.test(line) ? line : line + ".")
+        .join(" ")
 
     objectName: "devicesStatusCard"
     Accessible.role: Accessible.StaticText
@@ -24,9 +27,13 @@ FocusCard {
             spacing: 8
             AppIcon {
                 objectName: "devicesStatusIcon"
+                Layout.alignment: Qt.AlignTop
+                Layout.topMargin: 3
                 symbol: DevicesScreen.statusSymbol
                 size: 18
-                color: Theme.accent
+                // A confirmed or ready phone reads as good news; anything else is still underway.
+                color: DevicesScreen.statusSymbol === "iphone.and.arrow.forward" ? Theme.accent
+                                                                                 : Theme.green
                 Accessible.ignored: true
             }
             Text {

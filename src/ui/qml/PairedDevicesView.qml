@@ -27,7 +27,13 @@ ScreenPage {
 
             RowLayout {
                 spacing: 8
-                AppIcon { symbol: "iphone"; size: 18; color: Theme.accent }
+                AppIcon {
+                    Layout.alignment: Qt.AlignTop
+                    Layout.topMargin: 3
+                    symbol: "iphone"
+                    size: 18
+                    color: Theme.accent
+                }
                 Text {
                     text: "Pair your iPhone"
                     font.pixelSize: Theme.headlineSize
@@ -49,8 +55,15 @@ ScreenPage {
         }
     }
 
-    Repeater {
-        model: DevicesScreen.devices
-        delegate: DevicesDeviceCard { Layout.fillWidth: true }
+    ColumnLayout {
+        objectName: "deviceList"
+        Layout.fillWidth: true
+        visible: DevicesScreen.devices.count > 0
+        spacing: 10
+
+        Repeater {
+            model: DevicesScreen.devices
+            delegate: DevicesDeviceCard { Layout.fillWidth: true }
+        }
     }
 }
