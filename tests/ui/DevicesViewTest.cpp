@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemModelTester>
 #include <QAccessible>
 #include <QColor>
+#include <QSignalSpy>
 
+#include "DevicesScreen.h"
 #include "UiFixture.h"
 
 namespace brindlet::testing {
@@ -189,6 +192,38 @@ TEST_F(DevicesViewTest, TheStatusCardIsOneElementForAssistiveTechnology) {
   QAccessibleInterface* card = QAccessible::queryAccessibleInterface(item("devicesStatusCard"));
   ASSERT_NE(card, nullptr);
   EXPECT_EQ(card->childCount(), 0);
+}
+
+ui::DeviceRowData deviceRow(const QString& id, const QString& caption, bool stale = false) {
+  return ui::DeviceRowData{
+      .deviceId = id, .name = id + QStringLiteral(" phone"), .caption = caption, .isStale = stale};
+}
+
+TEST(PairedDeviceListModelTest, KeepsItsRowsConsistentThroughResetsAndChanges) {
+  ui::PairedDeviceListModel model;
+  QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+  model.setRows({deviceRow("a", "Ready · Seen just now"), deviceRow("b", "Ready · Seen 1h ago")});
+  EXPECT_EQ(model.count(), 2);
+  EXPECT_EQ(model.data(model.index(1), ui::PairedDeviceListModel::CaptionRole).toString(),
+            "Ready · Seen 1h ago");
+  model.setRows({deviceRow("b", "Ready · Seen 1h ago")});
+  EXPECT_EQ(model.data(model.index(0), ui::PairedDeviceListModel::DeviceIdRole).toString(), "b");
+  model.setRows({});
+  EXPECT_EQ(model.rowCount(), 0);
+}
+
+TEST(PairedDeviceListModelTest, TheSameDevicesInTheSameOrderOnlyChangeTheRowsThatDiffer) {
+  ui::PairedDeviceListModel model;
+  QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+  model.setRows({deviceRow("a", "Ready · Seen just now"), deviceRow("b", "Ready · Seen 4m ago")});
+  QSignalSpy resets(&model, &QAbstractItemModel::modelReset);
+  QSignalSpy changes(&model, &QAbstractItemModel::dataChanged);
+  model.setRows(
+      {deviceRow("a", "Ready · Seen just now"), deviceRow("b", "Ready · Seen 5m ago", true)});
+  EXPECT_EQ(resets.count(), 0);
+  ASSERT_EQ(changes.count(), 1);
+  EXPECT_EQ(changes[0][0].toModelIndex().row(), 1);
+  EXPECT_TRUE(model.data(model.index(1), ui::PairedDeviceListModel::IsStaleRole).toBool());
 }
 
 }  // namespace
