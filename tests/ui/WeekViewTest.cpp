@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <QColor>
+#include <QDeadlineTimer>
 #include <QQmlComponent>
+#include <QTest>
 #include <algorithm>
 
 #include "UiFixture.h"
@@ -254,6 +256,38 @@ TEST_F(WeekViewTest, DraggingACardToAnotherDayPlansItThereBehindTheTasksAlreadyT
   EXPECT_EQ(storedTask(moved.id)->plannedDay, kFriday);
   EXPECT_EQ(cardsIn(column(kFriday)), (std::vector<QString>{"Laundry", "Call the bank"}));
   EXPECT_EQ(subtitleOf(column(kFriday)), "0h 55m");
+}
+
+TEST_F(WeekViewTest, HoldingADraggedCardAtTheBoardsEdgeScrollsOnToTheColumnsOutOfSight) {
+  const FocusTask task = makeTask().titled("Return the books").plannedOn(kMonday);
+  launch({task});
+  click(item(QStringLiteral("destination.Week")));
+  QQuickItem* board = item(QStringLiteral("weekBoard"));
+  QQuickItem* unscheduled = column(QStringLiteral("Unscheduled"));
+  const QRectF boardArea = board->mapRectToScene(QRectF(0, 0, board->width(), board->height()));
+  ASSERT_GT(unscheduled->mapToScene({0, 0}).x(), boardArea.right()) << "starts out of sight";
+
+  const QPoint start = centreOf(item(QStringLiteral("weekTask.Return the books"))).toPoint();
+  const QPoint edge(static_cast<int>(boardArea.right()) - 12, start.y());
+  QTest::mousePress(window, Qt::LeftButton, {}, start);
+  constexpr int kSteps = 12;
+  for (int step = 1; step <= kSteps; ++step) {
+    QTest::mouseMove(window, start + (edge - start) * step / kSteps + QPoint(0, step < 3 ? 4 : 0));
+  }
+  QTest::mouseMove(window, edge);
+  const qreal widest = board->property("contentWidth").toReal() - board->width();
+  QDeadlineTimer deadline(5000);
+  while (!deadline.hasExpired() && board->property("contentX").toReal() < widest) QTest::qWait(20);
+  EXPECT_DOUBLE_EQ(board->property("contentX").toReal(), widest);
+
+  const QPoint target = centreOf(unscheduled).toPoint();
+  for (int step = 1; step <= kSteps; ++step) {
+    QTest::mouseMove(window, edge + (target - edge) * step / kSteps);
+  }
+  QTest::mouseRelease(window, Qt::LeftButton, {}, target);
+  settle();
+  EXPECT_EQ(storedTask(task.id)->plannedDay, std::nullopt);
+  EXPECT_EQ(cardsIn(unscheduled), std::vector<QString>{"Return the books"});
 }
 
 TEST_F(WeekViewTest, TheMoveMenuListsTheWeekAndMovesATaskToTheChosenDay) {

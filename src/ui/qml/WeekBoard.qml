@@ -8,6 +8,9 @@ import Brindlet
 Flickable {
     id: root
 
+    /// The card being dragged, if any: near either edge of the board it scrolls the board.
+    property WeekTaskCard draggedCard: null
+
     objectName: "weekBoard"
     implicitHeight: columns.implicitHeight + bar.height + 8
     contentWidth: columns.implicitWidth
@@ -34,10 +37,37 @@ Flickable {
                 required property int index
 
                 column: index
+                onCardDragged: (card, dragging) => {
+                    if (dragging) root.draggedCard = card
+                    else if (root.draggedCard === card) root.draggedCard = null
+                }
                 Layout.preferredWidth: 210
                 Layout.minimumHeight: 470
                 Layout.fillHeight: true
             }
+        }
+    }
+
+    // Holding a dragged card near an edge scrolls the board towards the columns out of sight, so
+    // that every column can be reached by dragging. The card is carried along with the scroll so
+    // that it stays under the pointer.
+    Timer {
+        interval: 16
+        repeat: true
+        running: root.draggedCard !== null
+        onTriggered: {
+            const card = root.draggedCard
+            const pointer = root.mapFromItem(null, card.pointer.x, card.pointer.y)
+            const edge = 64
+            let step = 0
+            if (pointer.x < edge) step = -Math.ceil((edge - pointer.x) / 3)
+            else if (pointer.x > root.width - edge) step = Math.ceil((pointer.x - root.width + edge) / 3)
+            const widest = Math.max(0, root.contentWidth - root.width)
+            const next = Math.max(0, Math.min(widest, root.contentX + step))
+            const moved = next - root.contentX
+            if (moved === 0) return
+            root.contentX = next
+            card.carry(moved)
         }
     }
 

@@ -15,6 +15,9 @@ Rectangle {
     /// that the card is drawn over them.
     property bool holdsDrag: false
 
+    /// A card of this column started or ended a drag.
+    signal cardDragged(WeekTaskCard card, bool dragging)
+
     objectName: "weekColumn." + info.title
     implicitHeight: body.implicitHeight + 2 * body.anchors.margins + 56
     z: holdsDrag ? 1 : 0
@@ -78,8 +81,13 @@ Rectangle {
         Repeater {
             model: WeekScreen.taskList(root.column)
             delegate: WeekTaskCard {
+                id: taskCard
+
                 Layout.fillWidth: true
-                onDraggingChanged: root.holdsDrag = dragging
+                onDraggingChanged: {
+                    root.holdsDrag = dragging
+                    root.cardDragged(taskCard, dragging)
+                }
             }
         }
     }

@@ -17,6 +17,13 @@ Item {
     /// What a drag of this card carries: the task's id as plain text.
     readonly property string dragText: taskId
     readonly property bool dragging: dragHandler.active
+    /// Where the pointer dragging the card is, in the window.
+    readonly property point pointer: dragHandler.centroid.scenePosition
+
+    /// Moves the dragged card sideways by `distance`, to follow a scroll of the board under it.
+    function carry(distance: real) {
+        card.x += distance
+    }
 
     objectName: "weekTask." + title
     implicitHeight: card.implicitHeight
