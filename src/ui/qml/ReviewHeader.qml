@@ -1,0 +1,37 @@
+import QtQuick
+import QtQuick.Layouts
+import Brindlet
+
+// The screen's title and, at its far end, the week under review with the buttons that move it.
+ScreenTitle {
+    id: root
+
+    caption: "WEEKLY REVIEW"
+    title: "Learn from what you finished"
+
+    AppButton {
+        objectName: "previousWeek"
+        borderless: true
+        symbol: "chevron.left"
+        Accessible.name: "Previous week"
+        onClicked: ReviewScreen.changeWeek(-1)
+    }
+    Text {
+        objectName: "weekRange"
+        // A fixed width, so that the buttons stay put whatever the dates' length.
+        Layout.preferredWidth: 170
+        horizontalAlignment: Text.AlignHCenter
+        text: ReviewScreen.weekRangeText
+        elide: Text.ElideRight
+        font.pixelSize: Theme.bodySize
+        font.weight: Font.Medium
+        color: Theme.primary
+    }
+    AppButton {
+        objectName: "nextWeek"
+        borderless: true
+        symbol: "chevron.right"
+        Accessible.name: "Next week"
+        onClicked: ReviewScreen.changeWeek(1)
+    }
+}
