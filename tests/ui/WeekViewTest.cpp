@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QColor>
 #include <QDeadlineTimer>
 #include <QQmlComponent>
@@ -301,7 +302,11 @@ TEST_F(WeekViewTest, TheMoveMenuListsTheWeekAndMovesATaskToTheChosenDay) {
   expected.push_back(QStringLiteral("Unscheduled"));
   EXPECT_EQ(buttonsIn(menu), expected);
 
+  window->resize(1040, 780);
+  screenshot("week-move-menu");
   clickButton(label(kThursday));
+  window->resize(2120, 900);
+  frame();
   EXPECT_EQ(storedTask(task.id)->plannedDay, kThursday);
   EXPECT_EQ(cardsIn(column(kThursday)), std::vector<QString>{"Pay the bills"});
   EXPECT_EQ(item(QStringLiteral("editorTitle")), nullptr) << "the menu doesn't open the editor";
@@ -317,6 +322,22 @@ TEST_F(WeekViewTest, ClickingACardOpensTheEditorForItsTask) {
   ASSERT_NE(item(QStringLiteral("editorTitle")), nullptr);
   ASSERT_NE(dashboard->draft(), nullptr);
   EXPECT_EQ(dashboard->draft()->property("title").toString(), "Plan the trip");
+}
+
+TEST_F(WeekViewTest, TheCardsAccessibleEditActionOpensTheEditor) {
+  openWeek({makeTask().titled("Renew the lease").plannedOn(kFriday)});
+  QQuickItem* card =
+      descendant(item(QStringLiteral("weekTask.Renew the lease")), QStringLiteral("weekTaskCard"));
+  ASSERT_NE(card, nullptr);
+  QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(card);
+  ASSERT_NE(accessible, nullptr);
+  EXPECT_EQ(accessible->text(QAccessible::Name), "Renew the lease");
+  EXPECT_EQ(accessible->text(QAccessible::Description), "Edit");
+  ASSERT_NE(accessible->actionInterface(), nullptr);
+  accessible->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  settle();
+  ASSERT_NE(dashboard->draft(), nullptr);
+  EXPECT_EQ(dashboard->draft()->property("title").toString(), "Renew the lease");
 }
 
 TEST_F(WeekViewTest, ATodayRowsDragTextDroppedOnAWeekColumnMovesTheTask) {

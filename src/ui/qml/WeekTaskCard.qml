@@ -42,12 +42,16 @@ Item {
     Rectangle {
         id: card
 
+        objectName: "weekTaskCard"
         width: root.width
         height: root.height
         implicitHeight: body.implicitHeight + 2 * body.anchors.margins
         radius: Theme.rowRadius
-        color: hover.hovered && !root.dragging ? Qt.tint(Theme.surface, Theme.tint(Theme.accent, 0.04))
-                                               : Theme.surface
+        // A done task stays in its day's column, quieter than the work still ahead.
+        color: {
+            if (hover.hovered && !root.dragging) return Qt.tint(Theme.surface, Theme.tint(Theme.accent, 0.04))
+            return root.completed ? Theme.tint(Theme.surface, 0.6) : Theme.surface
+        }
         border.width: 1
         border.color: Theme.cardOutline
         Accessible.role: Accessible.Button
@@ -84,6 +88,7 @@ Item {
             anchors.top: parent.top
             anchors.margins: 10
             spacing: 6
+            opacity: root.completed ? 0.7 : 1
 
             Text {
                 objectName: "weekTaskTitle"
