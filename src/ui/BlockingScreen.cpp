@@ -48,9 +48,10 @@ QHash<int, QByteArray> DomainRuleListModel::roleNames() const {
 
 void DomainRuleListModel::setRows(std::vector<DomainRuleRow> rows) {
   const bool sameRules =
-      rows.size() == rows_.size() &&
-      std::equal(rows.begin(), rows.end(), rows_.begin(),
-                 [](const DomainRuleRow& a, const DomainRuleRow& b) { return a.ruleId == b.ruleId; });
+      rows.size() == rows_.size() && std::equal(rows.begin(), rows.end(), rows_.begin(),
+                                                [](const DomainRuleRow& a, const DomainRuleRow& b) {
+                                                  return a.ruleId == b.ruleId;
+                                                });
   if (!sameRules) {
     const bool countChanges = rows.size() != rows_.size();
     beginResetModel();
@@ -126,7 +127,8 @@ bool BlockingScreen::canEndSession() const {
 
 QStringList BlockingScreen::durationTitles() const {
   QStringList titles;
-  for (const DurationChoice choice : kAllDurationChoices) titles.push_back(qs(brindlet::title(choice)));
+  for (const DurationChoice choice : kAllDurationChoices)
+    titles.push_back(qs(brindlet::title(choice)));
   return titles;
 }
 

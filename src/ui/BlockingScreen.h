@@ -88,8 +88,7 @@ class BlockingScreen : public ScreenModel {
   Q_PROPERTY(bool locked READ locked NOTIFY changed)
   Q_PROPERTY(QString groupName READ groupName NOTIFY changed)
   Q_PROPERTY(DomainRuleListModel* rules READ rules CONSTANT)
-  Q_PROPERTY(
-      QString domainInput READ domainInput WRITE setDomainInput NOTIFY domainInputChanged)
+  Q_PROPERTY(QString domainInput READ domainInput WRITE setDomainInput NOTIFY domainInputChanged)
 
  public:
   /// The bounds of a custom session length, in minutes: one minute up to a whole day.

@@ -5,9 +5,9 @@
 #include <QQuickItem>
 #include <algorithm>
 
+#include "TempDir.h"
 #include "UiFixture.h"
 #include "app/AppModel.h"
-#include "TempDir.h"
 
 namespace brindlet::testing {
 namespace {
@@ -124,6 +124,7 @@ TEST_F(BlockingViewTest, CustomPutsTheStepperBetweenThePickersAndKeepsItsNumberW
   clickShown(item("customMinutesStepper.up"));
   EXPECT_EQ(textOf(item("customMinutesStepper.text")), "92 minutes");
   EXPECT_EQ(host->state().duration(), 92 * 60.0);
+  screenshot("blocking-setup-custom");
 
   clickShownButton("1 hour");
   EXPECT_EQ(item("customMinutesStepper"), nullptr);
@@ -294,9 +295,8 @@ TEST_F(BlockingViewTest, TheSwitchAndTheBinChangeTheStoredGroup) {
   ASSERT_NE(bin, nullptr);
   clickShown(bin);
   EXPECT_EQ(item("domainRow.x.com"), nullptr);
-  EXPECT_EQ(storedDomains(),
-            (std::vector<std::string>{"facebook.com", "instagram.com", "tiktok.com",
-                                      "twitter.com"}));
+  EXPECT_EQ(storedDomains(), (std::vector<std::string>{"facebook.com", "instagram.com",
+                                                       "tiktok.com", "twitter.com"}));
 }
 
 TEST_F(BlockingViewTest, TheBinIsNamedAfterItsDomainForAssistiveTechnology) {

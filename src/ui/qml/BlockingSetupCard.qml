@@ -37,12 +37,14 @@ ColumnLayout {
         Layout.fillWidth: true
         spacing: Theme.spacing
         Item { Layout.preferredWidth: root.labelWidth }
+        // The value and its buttons kept together, as the pickers' segments are.
         StepperField {
             objectName: "customMinutesStepper"
-            Layout.fillWidth: true
+            Layout.minimumWidth: 180
             text: BlockingScreen.customMinutesText
             onStepped: (direction) => BlockingScreen.stepCustomMinutes(direction)
         }
+        Item { Layout.fillWidth: true }
     }
 
     RowLayout {
