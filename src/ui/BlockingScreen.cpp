@@ -16,56 +16,25 @@ constexpr SessionMode kModes[] = {SessionMode::flexible, SessionMode::strict};
 
 // ---- DomainRuleListModel ----
 
-int DomainRuleListModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : count();
-}
+DomainRuleListModel::DomainRuleListModel(QObject* parent)
+    : RowListModel({"ruleId", "domain", "isEnabled"}, parent) {}
 
-QVariant DomainRuleListModel::data(const QModelIndex& index, int role) const {
-  if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
-    return {};
-  }
-  const DomainRuleRow& row = rows_[static_cast<std::size_t>(index.row())];
-  switch (role) {
-    case Qt::DisplayRole:
-    case DomainRole:
-      return row.domain;
-    case RuleIdRole:
+QVariant DomainRuleListModel::field(std::size_t index, int column) const {
+  const DomainRuleRow& row = rows_[index];
+  switch (column) {
+    case 0:
       return row.ruleId;
-    case IsEnabledRole:
+    case 1:
+      return row.domain;
+    case 2:
       return row.isEnabled;
     default:
       return {};
   }
 }
 
-QHash<int, QByteArray> DomainRuleListModel::roleNames() const {
-  return {
-      {RuleIdRole, "ruleId"},
-      {DomainRole, "domain"},
-      {IsEnabledRole, "isEnabled"},
-  };
-}
-
 void DomainRuleListModel::setRows(std::vector<DomainRuleRow> rows) {
-  const bool sameRules =
-      rows.size() == rows_.size() && std::equal(rows.begin(), rows.end(), rows_.begin(),
-                                                [](const DomainRuleRow& a, const DomainRuleRow& b) {
-                                                  return a.ruleId == b.ruleId;
-                                                });
-  if (!sameRules) {
-    const bool countChanges = rows.size() != rows_.size();
-    beginResetModel();
-    rows_ = std::move(rows);
-    endResetModel();
-    if (countChanges) emit countChanged();
-    return;
-  }
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    if (rows[i] == rows_[i]) continue;
-    rows_[i] = std::move(rows[i]);
-    const QModelIndex changed = index(static_cast<int>(i));
-    emit dataChanged(changed, changed);
-  }
+  replaceRows(rows_, std::move(rows), &DomainRuleRow::ruleId);
 }
 
 // ---- BlockingScreen ----

@@ -2,13 +2,13 @@
 
 #include <QtQml/qqmlregistration.h>
 
-#include <QAbstractListModel>
 #include <QString>
 #include <QStringList>
 #include <cstdint>
 #include <optional>
 #include <vector>
 
+#include "RowListModel.h"
 #include "ScreenModel.h"
 #include "records/DomainRule.h"
 
@@ -28,11 +28,10 @@ struct DomainRuleRow {
 
 /// The domains of the group on show, in the user's order. A new list only touches the rows that
 /// differ, so that a heartbeat doesn't rebuild the switches under the pointer.
-class DomainRuleListModel : public QAbstractListModel {
+class DomainRuleListModel : public RowListModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Domain lists come from the blocking screen.")
-  Q_PROPERTY(int count READ count NOTIFY countChanged)
 
  public:
   enum Role {
@@ -41,20 +40,15 @@ class DomainRuleListModel : public QAbstractListModel {
     IsEnabledRole,
   };
 
-  using QAbstractListModel::QAbstractListModel;
+  explicit DomainRuleListModel(QObject* parent = nullptr);
 
-  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
-  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
-  [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
-
-  [[nodiscard]] int count() const { return static_cast<int>(rows_.size()); }
+  [[nodiscard]] int count() const override { return static_cast<int>(rows_.size()); }
   [[nodiscard]] const std::vector<DomainRuleRow>& rows() const { return rows_; }
   void setRows(std::vector<DomainRuleRow> rows);
 
- signals:
-  void countChanged();
-
  private:
+  [[nodiscard]] QVariant field(std::size_t row, int column) const override;
+
   std::vector<DomainRuleRow> rows_;
 };
 

@@ -6,57 +6,27 @@ namespace brindlet::ui {
 
 // ---- PairedDeviceListModel ----
 
-int PairedDeviceListModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : count();
-}
+PairedDeviceListModel::PairedDeviceListModel(QObject* parent)
+    : RowListModel({"deviceId", "name", "caption", "isStale"}, parent) {}
 
-QVariant PairedDeviceListModel::data(const QModelIndex& index, int role) const {
-  if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
-    return {};
-  }
-  const DeviceRowData& row = rows_[static_cast<std::size_t>(index.row())];
-  switch (role) {
-    case DeviceIdRole:
+QVariant PairedDeviceListModel::field(std::size_t index, int column) const {
+  const DeviceRowData& row = rows_[index];
+  switch (column) {
+    case 0:
       return row.deviceId;
-    case Qt::DisplayRole:
-    case NameRole:
+    case 1:
       return row.name;
-    case CaptionRole:
+    case 2:
       return row.caption;
-    case IsStaleRole:
+    case 3:
       return row.isStale;
     default:
       return {};
   }
 }
 
-QHash<int, QByteArray> PairedDeviceListModel::roleNames() const {
-  return {{DeviceIdRole, "deviceId"},
-          {NameRole, "name"},
-          {CaptionRole, "caption"},
-          {IsStaleRole, "isStale"}};
-}
-
 void PairedDeviceListModel::setRows(std::vector<DeviceRowData> rows) {
-  if (rows == rows_) return;
-  const bool sameDevices =
-      rows.size() == rows_.size() && std::equal(rows.begin(), rows.end(), rows_.begin(),
-                                                [](const DeviceRowData& a, const DeviceRowData& b) {
-                                                  return a.deviceId == b.deviceId;
-                                                });
-  if (!sameDevices) {
-    beginResetModel();
-    rows_ = std::move(rows);
-    endResetModel();
-    emit countChanged();
-    return;
-  }
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    if (rows[i] == rows_[i]) continue;
-    rows_[i] = std::move(rows[i]);
-    const QModelIndex changed = index(static_cast<int>(i));
-    emit dataChanged(changed, changed);
-  }
+  replaceRows(rows_, std::move(rows), &DeviceRowData::deviceId);
 }
 
 // ---- DevicesScreen ----

@@ -2,10 +2,10 @@
 
 #include <QtQml/qqmlregistration.h>
 
-#include <QAbstractListModel>
 #include <QString>
 #include <vector>
 
+#include "RowListModel.h"
 #include "ScreenModel.h"
 
 class QQmlEngine;
@@ -27,11 +27,10 @@ struct DeviceRowData {
 
 /// The paired iPhones in the order the model gives them. A new list of the same devices only
 /// changes the rows that differ, so each card keeps its identity as the seen-ago lines move.
-class PairedDeviceListModel : public QAbstractListModel {
+class PairedDeviceListModel : public RowListModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Device lists come from the Devices screen.")
-  Q_PROPERTY(int count READ count NOTIFY countChanged)
 
  public:
   enum Role {
@@ -41,20 +40,15 @@ class PairedDeviceListModel : public QAbstractListModel {
     IsStaleRole,
   };
 
-  using QAbstractListModel::QAbstractListModel;
+  explicit PairedDeviceListModel(QObject* parent = nullptr);
 
-  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
-  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
-  [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
-
-  [[nodiscard]] int count() const { return static_cast<int>(rows_.size()); }
+  [[nodiscard]] int count() const override { return static_cast<int>(rows_.size()); }
   [[nodiscard]] const std::vector<DeviceRowData>& rows() const { return rows_; }
   void setRows(std::vector<DeviceRowData> rows);
 
- signals:
-  void countChanged();
-
  private:
+  [[nodiscard]] QVariant field(std::size_t row, int column) const override;
+
   std::vector<DeviceRowData> rows_;
 };
 

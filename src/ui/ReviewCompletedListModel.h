@@ -2,9 +2,10 @@
 
 #include <QtQml/qqmlregistration.h>
 
-#include <QAbstractListModel>
 #include <QString>
 #include <vector>
+
+#include "RowListModel.h"
 
 namespace brindlet::ui {
 
@@ -19,11 +20,10 @@ struct CompletedRowData {
 
 /// The tasks finished in the week under review, earliest first. A new list of the same tasks
 /// only changes the rows that differ.
-class ReviewCompletedListModel : public QAbstractListModel {
+class ReviewCompletedListModel : public RowListModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Completed lists come from the review screen.")
-  Q_PROPERTY(int count READ count NOTIFY countChanged)
 
  public:
   enum Role {
@@ -32,20 +32,15 @@ class ReviewCompletedListModel : public QAbstractListModel {
     ElapsedTextRole,
   };
 
-  using QAbstractListModel::QAbstractListModel;
+  explicit ReviewCompletedListModel(QObject* parent = nullptr);
 
-  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
-  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
-  [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
-
-  [[nodiscard]] int count() const { return static_cast<int>(rows_.size()); }
+  [[nodiscard]] int count() const override { return static_cast<int>(rows_.size()); }
   [[nodiscard]] const std::vector<CompletedRowData>& rows() const { return rows_; }
   void setRows(std::vector<CompletedRowData> rows);
 
- signals:
-  void countChanged();
-
  private:
+  [[nodiscard]] QVariant field(std::size_t row, int column) const override;
+
   std::vector<CompletedRowData> rows_;
 };
 

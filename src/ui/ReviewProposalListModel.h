@@ -2,9 +2,10 @@
 
 #include <QtQml/qqmlregistration.h>
 
-#include <QAbstractListModel>
 #include <QString>
 #include <vector>
+
+#include "RowListModel.h"
 
 namespace brindlet::ui {
 
@@ -20,11 +21,10 @@ struct ProposalRowData {
 
 /// The pending recommendations in the order they were made. A new list of the same proposals
 /// only changes the rows that differ, so a press on a row's button survives the next heartbeat.
-class ReviewProposalListModel : public QAbstractListModel {
+class ReviewProposalListModel : public RowListModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Recommendation lists come from the review screen.")
-  Q_PROPERTY(int count READ count NOTIFY countChanged)
 
  public:
   enum Role {
@@ -34,20 +34,15 @@ class ReviewProposalListModel : public QAbstractListModel {
     ChangeRole,
   };
 
-  using QAbstractListModel::QAbstractListModel;
+  explicit ReviewProposalListModel(QObject* parent = nullptr);
 
-  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
-  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
-  [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
-
-  [[nodiscard]] int count() const { return static_cast<int>(rows_.size()); }
+  [[nodiscard]] int count() const override { return static_cast<int>(rows_.size()); }
   [[nodiscard]] const std::vector<ProposalRowData>& rows() const { return rows_; }
   void setRows(std::vector<ProposalRowData> rows);
 
- signals:
-  void countChanged();
-
  private:
+  [[nodiscard]] QVariant field(std::size_t row, int column) const override;
+
   std::vector<ProposalRowData> rows_;
 };
 

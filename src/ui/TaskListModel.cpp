@@ -4,70 +4,37 @@
 
 namespace brindlet::ui {
 
-int TaskListModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : count();
-}
+TaskListModel::TaskListModel(QObject* parent)
+    : RowListModel({"taskId", "title", "completed", "priority", "priorityTitle", "estimateText",
+                    "focusedText", "hasReminder"},
+                   parent) {}
 
-QVariant TaskListModel::data(const QModelIndex& index, int role) const {
-  if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
-    return {};
-  }
-  const TaskRowData& row = rows_[static_cast<std::size_t>(index.row())];
-  switch (role) {
-    case Qt::DisplayRole:
-    case TitleRole:
-      return row.title;
-    case TaskIdRole:
+QVariant TaskListModel::field(std::size_t index, int column) const {
+  const TaskRowData& row = rows_[index];
+  switch (column) {
+    case 0:
       return row.taskId;
-    case CompletedRole:
+    case 1:
+      return row.title;
+    case 2:
       return row.completed;
-    case PriorityRole:
+    case 3:
       return row.priority;
-    case PriorityTitleRole:
+    case 4:
       return row.priorityTitle;
-    case EstimateTextRole:
+    case 5:
       return row.estimateText;
-    case FocusedTextRole:
+    case 6:
       return row.focusedText;
-    case HasReminderRole:
+    case 7:
       return row.hasReminder;
     default:
       return {};
   }
 }
 
-QHash<int, QByteArray> TaskListModel::roleNames() const {
-  return {
-      {TaskIdRole, "taskId"},
-      {TitleRole, "title"},
-      {CompletedRole, "completed"},
-      {PriorityRole, "priority"},
-      {PriorityTitleRole, "priorityTitle"},
-      {EstimateTextRole, "estimateText"},
-      {FocusedTextRole, "focusedText"},
-      {HasReminderRole, "hasReminder"},
-  };
-}
-
 void TaskListModel::setRows(std::vector<TaskRowData> rows) {
-  const bool sameTasks =
-      rows.size() == rows_.size() &&
-      std::equal(rows.begin(), rows.end(), rows_.begin(),
-                 [](const TaskRowData& a, const TaskRowData& b) { return a.taskId == b.taskId; });
-  if (!sameTasks) {
-    const bool countChanges = rows.size() != rows_.size();
-    beginResetModel();
-    rows_ = std::move(rows);
-    endResetModel();
-    if (countChanges) emit countChanged();
-    return;
-  }
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    if (rows[i] == rows_[i]) continue;
-    rows_[i] = std::move(rows[i]);
-    const QModelIndex changed = index(static_cast<int>(i));
-    emit dataChanged(changed, changed);
-  }
+  replaceRows(rows_, std::move(rows), &TaskRowData::taskId);
 }
 
 }  // namespace brindlet::ui

@@ -2,9 +2,10 @@
 
 #include <QtQml/qqmlregistration.h>
 
-#include <QAbstractListModel>
 #include <QString>
 #include <vector>
+
+#include "RowListModel.h"
 
 namespace brindlet::ui {
 
@@ -24,11 +25,10 @@ struct TaskRowData {
 
 /// The rows of the queue or of the completed group. A new list of the same tasks in the same
 /// order only changes the rows that differ, so a drag in progress survives the next heartbeat.
-class TaskListModel : public QAbstractListModel {
+class TaskListModel : public RowListModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Task lists come from the dashboard.")
-  Q_PROPERTY(int count READ count NOTIFY countChanged)
 
  public:
   enum Role {
@@ -42,20 +42,15 @@ class TaskListModel : public QAbstractListModel {
     HasReminderRole,
   };
 
-  using QAbstractListModel::QAbstractListModel;
+  explicit TaskListModel(QObject* parent = nullptr);
 
-  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
-  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
-  [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
-
-  [[nodiscard]] int count() const { return static_cast<int>(rows_.size()); }
+  [[nodiscard]] int count() const override { return static_cast<int>(rows_.size()); }
   [[nodiscard]] const std::vector<TaskRowData>& rows() const { return rows_; }
   void setRows(std::vector<TaskRowData> rows);
 
- signals:
-  void countChanged();
-
  private:
+  [[nodiscard]] QVariant field(std::size_t row, int column) const override;
+
   std::vector<TaskRowData> rows_;
 };
 
