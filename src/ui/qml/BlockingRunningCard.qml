@@ -50,8 +50,6 @@ ColumnLayout {
     }
 
     AppButton {
-        id: endButton
-
         objectName: "endSessionButton"
         visible: BlockingScreen.canEndSession
         Layout.alignment: Qt.AlignHCenter
@@ -60,13 +58,8 @@ ColumnLayout {
         large: true
         text: "End Session"
         tint: Theme.red
-        Accessible.role: Accessible.Button
-        background: Rectangle {
-            radius: Theme.controlRadius
-            color: Theme.tint(Theme.red, endButton.down ? 0.22 : (endButton.hovered ? 0.16 : 0.1))
-            border.width: endButton.visualFocus ? 2 : 0
-            border.color: Theme.tint(Theme.red, 0.5)
-        }
+        fill: Theme.tint(Theme.red, down ? 0.22 : (hovered ? 0.16 : 0.1))
+        focusOutline: Theme.tint(Theme.red, 0.5)
         onClicked: BlockingScreen.endSession()
     }
 

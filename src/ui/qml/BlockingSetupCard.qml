@@ -68,8 +68,6 @@ ColumnLayout {
     }
 
     AppButton {
-        id: startButton
-
         objectName: "startBlockingButton"
         Layout.fillWidth: true
         Layout.topMargin: 6
@@ -81,25 +79,6 @@ ColumnLayout {
         symbol: "lock.fill"
         // Never disabled: a group with nothing to block or a length under a minute is refused by
         // the model, and its message comes back through the alert.
-        contentItem: Item {
-            implicitWidth: startRow.implicitWidth
-            implicitHeight: startRow.implicitHeight
-            RowLayout {
-                id: startRow
-                anchors.centerIn: parent
-                spacing: 8
-                AppIcon {
-                    symbol: startButton.symbol
-                    size: 16
-                    color: startButton.tint
-                }
-                Text {
-                    text: startButton.text
-                    font: startButton.font
-                    color: startButton.tint
-                }
-            }
-        }
         onClicked: BlockingScreen.startBlocking()
     }
 

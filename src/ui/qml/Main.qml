@@ -1,10 +1,9 @@
 import QtQuick
-import QtQuick.Controls
 import QtQuick.Layouts
 import Brindlet
 
 // The main window: the sidebar, the screen of the chosen destination, the alert and the editor.
-ApplicationWindow {
+Window {
     id: root
 
     title: "Brindlet"
@@ -39,30 +38,34 @@ ApplicationWindow {
             objectName: "detail"
             Layout.fillWidth: true
             Layout.fillHeight: true
-            // In the order of the sidebar; a cleared selection shows Today.
-            sourceComponent: [todayScreen, weekScreen, reviewScreen, blockingScreen, devicesScreen,
-                              dataSafetyScreen][Math.max(0, Dashboard.destination)]
+            // In the order of the sidebar; a cleared selection shows Today. Each screen is read
+            // the first time it is chosen, so that starting up reads only the one on show.
+            source: ["TodayView.qml", "WeekView.qml", "ReviewView.qml", "BlockingDashboardView.qml",
+                     "PairedDevicesView.qml", "DataSafetyView.qml"][Math.max(0, Dashboard.destination)]
         }
     }
-
-    Component { id: todayScreen; TodayView {} }
-    Component { id: weekScreen; WeekView {} }
-    Component { id: reviewScreen; ReviewView {} }
-    Component { id: blockingScreen; BlockingDashboardView {} }
-    Component { id: devicesScreen; PairedDevicesView {} }
-    Component { id: dataSafetyScreen; DataSafetyView {} }
 
     // Made when the first error arrives, then kept: most sessions never need it.
     Loader {
         active: Dashboard.alertShown || item !== null
-        sourceComponent: ErrorAlert {}
+        source: "ErrorAlert.qml"
     }
 
     // The editor sheet, made anew for every task that is opened.
     Loader {
-        active: Dashboard.draft !== null
-        sourceComponent: TaskEditorView {
-            draft: Dashboard.draft
+        id: editor
+
+        function follow() {
+            if (Dashboard.draft !== null)
+                setSource("TaskEditorView.qml", { draft: Dashboard.draft })
+            else
+                source = ""
+        }
+
+        Component.onCompleted: follow()
+        Connections {
+            target: Dashboard
+            function onDraftChanged() { editor.follow() }
         }
     }
 }

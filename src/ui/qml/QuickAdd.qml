@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QtQuick.Layouts
 import Brindlet
 
@@ -21,20 +20,34 @@ Rectangle {
 
         AppIcon { symbol: "plus.circle.fill"; size: 18; color: Theme.accent }
 
-        TextField {
+        // A plain text input: the row itself is the field's surface.
+        TextInput {
             id: field
             objectName: "quickAddField"
             Layout.fillWidth: true
-            placeholderText: "Add a task for this day"
-            placeholderTextColor: Theme.faint
+            readonly property string placeholderText: "Add a task for this day"
             text: Dashboard.quickTitle
             font.pixelSize: Theme.bodySize
             color: Theme.primary
-            background: null
+            selectionColor: Theme.tint(Theme.accent, 0.3)
+            selectedTextColor: Theme.primary
+            selectByMouse: true
+            clip: true
+            activeFocusOnTab: true
             Accessible.name: "New task title"
             onTextEdited: Dashboard.quickTitle = text
             // Return is not guarded: a blank title is for the model to refuse.
             onAccepted: Dashboard.addTask()
+
+            Text {
+                anchors.fill: parent
+                verticalAlignment: Text.AlignVCenter
+                visible: field.text.length === 0 && !field.preeditText
+                text: field.placeholderText
+                font: field.font
+                color: Theme.faint
+                elide: Text.ElideRight
+            }
         }
 
         AppButton {

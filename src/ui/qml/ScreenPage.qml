@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QtQuick.Layouts
 import Brindlet
 
@@ -28,7 +27,6 @@ Item {
         contentHeight: column.implicitHeight + 64
         boundsBehavior: Flickable.StopAtBounds
         clip: true
-        ScrollBar.vertical: ScrollBar {}
 
         ColumnLayout {
             id: column
@@ -37,5 +35,12 @@ Item {
             width: Math.min(root.maxWidth, scroller.width - 56)
             spacing: 22
         }
+    }
+
+    AppScrollBar {
+        flickable: scroller
+        anchors.top: parent.top
+        anchors.bottom: parent.bottom
+        anchors.right: parent.right
     }
 }

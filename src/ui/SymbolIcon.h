@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+
+#include <QColor>
+#include <QImage>
+#include <QQuickPaintedItem>
+#include <QString>
+
+namespace brindlet::ui {
+
+/// One of the bundled icons, by its symbol name, drawn in a single colour. It stands in for the
+/// stock icon item so that the first screen opens without loading the stock controls.
+class SymbolIcon : public QQuickPaintedItem {
+  Q_OBJECT
+  QML_ELEMENT
+  Q_PROPERTY(QString symbol READ symbol WRITE setSymbol NOTIFY symbolChanged)
+  Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
+
+ public:
+  explicit SymbolIcon(QQuickItem* parent = nullptr);
+
+  [[nodiscard]] QString symbol() const { return symbol_; }
+  void setSymbol(const QString& symbol);
+  [[nodiscard]] QColor color() const { return color_; }
+  void setColor(const QColor& color);
+
+  void paint(QPainter* painter) override;
+
+  /// The icon for `symbol` in `color`, `pixels` large; a null image for a symbol not bundled.
+  /// Each symbol, colour and size is drawn once and then shared by every icon that shows it.
+  [[nodiscard]] static QImage drawn(const QString& symbol, const QColor& color, QSize pixels);
+
+ signals:
+  void symbolChanged();
+  void colorChanged();
+
+ private:
+  QString symbol_;
+  QColor color_{Qt::black};
+};
+
+}  // namespace brindlet::ui
