@@ -137,7 +137,8 @@ int main(int argc, char* argv[]) {
         std::make_shared<ui::DBusNotificationSender>(QDBusConnection::connectToBus(
             QStringLiteral("unix:path=/nonexistent"), QStringLiteral("none"))),
         clock);
-    // As the app does: the model is composed on its own thread while the window loads.
+    // As the app does: the model is composed and recovered on its own thread while the window
+    // loads.
     host = std::make_unique<ui::ModelHost>([folders, folder, scheduler, clock] {
       return AppModel::compose(AppModel::Composition{
           .folders = folders,
@@ -148,6 +149,7 @@ int main(int argc, char* argv[]) {
           .calendar = Calendar::current(),
       });
     });
+    host->setWindowShown(true);
     dashboard = std::make_unique<ui::Dashboard>(*host, clock);
     menuBar = std::make_unique<ui::MenuBarItem>(*host);
     engine.load(QUrl(QStringLiteral("qrc:/Brindlet/Main.qml")));
@@ -157,16 +159,19 @@ int main(int argc, char* argv[]) {
   auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
 
   // The first frame is stamped the moment it is out; what follows waits for the event loop.
+  // The app's first frame counts only with the plan in it: the rows of today's queue.
   qint64 firstFrame = -1;
+  int rowsInFirstFrame = 0;
   QObject::connect(window, &QQuickWindow::frameSwapped, &app, [&] {
     if (firstFrame >= 0) return;
     firstFrame = sinceStart.elapsed();
+    if (dashboard) rowsInFirstFrame = dashboard->queue()->rowCount();
     QTimer::singleShot(0, &app, [&] {
       if (mode != "idle") {
         // Memory settles once the first frame is out and pending work is done.
         QTimer::singleShot(500, &app, [&] {
-          std::printf("%s first_frame_ms=%lld rss_kb=%ld\n", mode.c_str(),
-                      static_cast<long long>(firstFrame), residentKilobytes());
+          std::printf("%s first_frame_ms=%lld rss_kb=%ld queue_rows=%d\n", mode.c_str(),
+                      static_cast<long long>(firstFrame), residentKilobytes(), rowsInFirstFrame);
           QCoreApplication::quit();
         });
         return;

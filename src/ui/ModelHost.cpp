@@ -76,6 +76,9 @@ std::uint64_t ModelHost::post(Job job) {
 }
 
 void ModelHost::setWindowShown(bool shown) {
+  // The app starts the pass before the window has loaded; the window's own show is then no news.
+  if (shown == windowShown_) return;
+  windowShown_ = shown;
   if (shown) {
     post([this](AppModel& model) {
       ++recoverCount_;

@@ -45,6 +45,7 @@ class ModelHost : public QObject {
   [[nodiscard]] std::uint64_t publishedSequence() const { return publishedSequence_; }
 
   /// Follows the main window: shown starts the start-up pass and the heartbeat, hidden stops it.
+  /// Saying the same twice in a row changes nothing.
   void setWindowShown(bool shown);
   /// The pause between heartbeats; one second unless a test asks for another.
   void setHeartbeatInterval(std::chrono::milliseconds interval);
@@ -77,6 +78,7 @@ class ModelHost : public QObject {
   // Written only on the model thread: the number of the last job that has run there.
   std::uint64_t finishedSequence_ = 0;
   std::atomic<int> recoverCount_ = 0;
+  bool windowShown_ = false;
   std::atomic<int> heartbeatCount_ = 0;
   std::atomic<bool> heartbeatRunning_ = false;
 };

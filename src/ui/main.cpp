@@ -36,14 +36,17 @@ int main(int argc, char* argv[]) {
   scheduler->start();
 
   ui::ModelHost host([scheduler, clock] { return AppModel::live(scheduler, clock); });
+  // The window is about to be shown: its start-up pass runs while the window loads, so that the
+  // first frame already shows the plan.
+  host.setWindowShown(true);
   ui::Dashboard dashboard(host, clock);
   ui::MenuBarItem menuBar(host);
 
   QQmlApplicationEngine engine;
   engine.load(QUrl(QStringLiteral("qrc:/Brindlet/Main.qml")));
   if (engine.rootObjects().isEmpty()) return 1;
-  // The model was composed while the window loaded; its first state is on show before the
-  // first frame.
+  // The model was composed and recovered while the window loaded; its state is on show before
+  // the first frame.
   host.settle();
   auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
 

@@ -53,6 +53,33 @@ TEST_F(ShellTest, TheModelIsComposedOnItsOwnThreadBeforeItsFirstJob) {
   EXPECT_EQ(composing.state().tasks().front().title, "Composed elsewhere");
 }
 
+TEST_F(ShellTest, AStartUpPassBegunBeforeTheWindowLoadsIsNotRepeatedWhenItShows) {
+  launch({makeTask().titled("On show from the first frame").plannedOn(kSaturday)});
+  ui::ModelHost early([&] {
+    return AppModel::compose(AppModel::Composition{.folders = folders,
+                                                   .hostsPath = hostsPath,
+                                                   .runner = runner,
+                                                   .scheduler = scheduler,
+                                                   .clock = clock,
+                                                   .calendar = calendar});
+  });
+  early.setWindowShown(true);
+  early.settle();
+  EXPECT_EQ(early.recoverCount(), 1);
+  ASSERT_EQ(early.state().selectedDayTasks().size(), 1U);
+  EXPECT_EQ(early.state().selectedDayTasks().front().title, "On show from the first frame");
+
+  early.setWindowShown(true);
+  early.settle();
+  EXPECT_EQ(early.recoverCount(), 1);
+  early.setWindowShown(false);
+  early.setWindowShown(true);
+  early.settle();
+  EXPECT_EQ(early.recoverCount(), 2);
+  early.setWindowShown(false);
+  early.settle();
+}
+
 TEST_F(ShellTest, WithTheSelectionClearedTheDetailShowsTodayAndNoRowIsHighlighted) {
   launch();
   click(item("destination.Today"), Qt::ControlModifier);

@@ -1,19 +1,26 @@
 import QtQuick
 import Brindlet
 
-// A vertical scroll bar for a flickable, of plain items: it shows where the view is while the
-// content is taller than the view, and its handle drags the content along.
+// A vertical scroll bar for a flickable, of plain items. While the content is taller than the
+// view it appears as the view moves or the pointer comes near, shows where the view is, and its
+// handle drags the content along.
 Item {
     id: root
 
     required property Flickable flickable
     readonly property real shownShare: flickable.visibleArea.heightRatio
+    readonly property bool active: flickable.moving || near.hovered || drag.active
 
     implicitWidth: 12
     visible: shownShare < 1
+    opacity: active ? 1 : 0
+    Behavior on opacity { NumberAnimation { duration: 200 } }
+
+    HoverHandler { id: near }
 
     Rectangle {
         id: handle
+        objectName: "scrollHandle"
 
         x: root.width - width - 2
         y: root.flickable.visibleArea.yPosition * root.height

@@ -38,6 +38,7 @@ Item {
     }
 
     AppScrollBar {
+        objectName: "scrollBar"
         flickable: scroller
         anchors.top: parent.top
         anchors.bottom: parent.bottom

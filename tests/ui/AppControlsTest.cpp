@@ -1,0 +1,112 @@
+// The app's own buttons, icons, text field and scroll bar, driven through the real window.
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QTest>
+
+#include "SymbolIcon.h"
+#include "UiFixture.h"
+
+namespace brindlet::testing {
+namespace {
+
+using AppControlsTest = UiTest;
+
+std::vector<FocusTask> tasksForALongDay() {
+  std::vector<FocusTask> tasks;
+  for (int i = 1; i <= 16; ++i) {
+    tasks.push_back(makeTask().titled("Task " + std::to_string(i)).plannedOn(kSaturday));
+  }
+  return tasks;
+}
+
+TEST_F(AppControlsTest, AButtonWithTheKeyboardFocusClicksWithSpaceAndWithReturn) {
+  launch({makeTask().titled("Draft the agenda").plannedOn(kSaturday)});
+  button("Start Focus")->forceActiveFocus(Qt::TabFocusReason);
+  EXPECT_TRUE(button("Start Focus")->property("visualFocus").toBool());
+  pressKey(Qt::Key_Space);
+  ASSERT_NE(button("Pause"), nullptr);
+
+  button("Pause")->forceActiveFocus(Qt::TabFocusReason);
+  pressKey(Qt::Key_Return);
+  EXPECT_NE(button("Resume Focus"), nullptr);
+}
+
+TEST_F(AppControlsTest, ADisabledButtonIgnoresTheMouse) {
+  launch();
+  QQuickItem* add = button("Add");
+  ASSERT_NE(add, nullptr);
+  EXPECT_FALSE(add->isEnabled());
+  click(add);
+  EXPECT_TRUE(queueTitles().empty());
+  EXPECT_FALSE(host->state().editorError.has_value());
+}
+
+TEST_F(AppControlsTest, AButtonPressedAndReleasedOutsideItDoesNotClick) {
+  launch({makeTask().titled("Draft the agenda").plannedOn(kSaturday)});
+  QQuickItem* start = button("Start Focus");
+  ASSERT_NE(start, nullptr);
+  frame();
+  const QPoint inside = centreOf(start).toPoint();
+  const QPoint outside = inside + QPoint(0, static_cast<int>(start->height()) * 2);
+  QTest::mousePress(window, Qt::LeftButton, {}, inside);
+  QTest::mouseMove(window, outside);
+  QTest::mouseRelease(window, Qt::LeftButton, {}, outside);
+  settle();
+  EXPECT_NE(button("Start Focus"), nullptr);
+  EXPECT_FALSE(host->state().tasks().front().status == TaskStatus::active);
+}
+
+TEST_F(AppControlsTest, TheQuickAddFieldShowsItsPlaceholderOnlyWhileEmpty) {
+  launch();
+  EXPECT_TRUE(showsText("Add a task for this day"));
+  click(item("quickAddField"));
+  type("Call");
+  EXPECT_FALSE(showsText("Add a task for this day"));
+}
+
+TEST_F(AppControlsTest, AnOverfullDayScrollsByDraggingTheScrollBarHandle) {
+  launch(tasksForALongDay());
+  QQuickItem* handle = item("scrollHandle");
+  ASSERT_NE(handle, nullptr);
+  auto* flickable = qvariant_cast<QQuickItem*>(item("todayView")->property("flickable"));
+  ASSERT_NE(flickable, nullptr);
+  EXPECT_EQ(flickable->property("contentY").toDouble(), 0.0);
+
+  frame();
+  const QPoint start = centreOf(handle).toPoint();
+  QTest::mouseMove(window, start);
+  QTest::mousePress(window, Qt::LeftButton, {}, start);
+  for (int step = 1; step <= 10; ++step) QTest::mouseMove(window, start + QPoint(0, 20 * step));
+  QTest::mouseRelease(window, Qt::LeftButton, {}, start + QPoint(0, 200));
+  settle();
+  EXPECT_GT(flickable->property("contentY").toDouble(), 100.0);
+}
+
+TEST_F(AppControlsTest, ADayThatFitsHasNoScrollBar) {
+  launch();
+  EXPECT_EQ(item("scrollBar"), nullptr);
+}
+
+TEST(SymbolIconTest, DrawsTheSymbolInTheWantedColourAndNothingForAnUnknownOne) {
+  const QImage image =
+      ui::SymbolIcon::drawn(QStringLiteral("checkmark"), QColor("#d03030"), QSize(32, 32));
+  ASSERT_FALSE(image.isNull());
+  EXPECT_EQ(image.size(), QSize(32, 32));
+  int inked = 0;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) {
+      const QColor pixel = image.pixelColor(x, y);
+      if (pixel.alpha() < 255) continue;
+      ++inked;
+      EXPECT_EQ(pixel.rgb(), QColor("#d03030").rgb());
+    }
+  }
+  EXPECT_GT(inked, 20);
+  EXPECT_TRUE(
+      ui::SymbolIcon::drawn(QStringLiteral("no.such.symbol"), Qt::red, QSize(16, 16)).isNull());
+}
+
+}  // namespace
+}  // namespace brindlet::testing
