@@ -38,12 +38,7 @@ TEST_F(ShellTest, TheModelIsComposedOnItsOwnThreadBeforeItsFirstJob) {
   std::atomic<bool> composedOnThisThread = true;
   ui::ModelHost composing([&] {
     composedOnThisThread = QThread::currentThread() == QCoreApplication::instance()->thread();
-    return AppModel::compose(AppModel::Composition{.folders = folders,
-                                                   .hostsPath = hostsPath,
-                                                   .runner = runner,
-                                                   .scheduler = scheduler,
-                                                   .clock = clock,
-                                                   .calendar = calendar});
+    return AppModel::compose(composition());
   });
   composing.setWindowShown(true);
   composing.settle();
@@ -55,14 +50,7 @@ TEST_F(ShellTest, TheModelIsComposedOnItsOwnThreadBeforeItsFirstJob) {
 
 TEST_F(ShellTest, AStartUpPassBegunBeforeTheWindowLoadsIsNotRepeatedWhenItShows) {
   launch({makeTask().titled("On show from the first frame").plannedOn(kSaturday)});
-  ui::ModelHost early([&] {
-    return AppModel::compose(AppModel::Composition{.folders = folders,
-                                                   .hostsPath = hostsPath,
-                                                   .runner = runner,
-                                                   .scheduler = scheduler,
-                                                   .clock = clock,
-                                                   .calendar = calendar});
-  });
+  ui::ModelHost early([&] { return AppModel::compose(composition()); });
   early.setWindowShown(true);
   early.settle();
   EXPECT_EQ(early.recoverCount(), 1);

@@ -40,16 +40,7 @@ void UiTest::launch(const std::vector<FocusTask>& tasks) {
   LocalStore(folders.stateFile()).save(state);
 
   // As in the app, the model is composed on its own thread while the window loads.
-  host = std::make_unique<ui::ModelHost>([this] {
-    return AppModel::compose(AppModel::Composition{
-        .folders = folders,
-        .hostsPath = hostsPath,
-        .runner = runner,
-        .scheduler = scheduler,
-        .clock = clock,
-        .calendar = calendar,
-    });
-  });
+  host = std::make_unique<ui::ModelHost>([this] { return AppModel::compose(composition()); });
   // The heartbeat is the tests' to give; a real second never passes here.
   host->setHeartbeatInterval(std::chrono::hours(1));
   dashboard = std::make_unique<ui::Dashboard>(*host, clock);
@@ -61,6 +52,17 @@ void UiTest::launch(const std::vector<FocusTask>& tasks) {
   ASSERT_NE(window, nullptr);
   ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
   settle();
+}
+
+AppModel::Composition UiTest::composition() const {
+  return AppModel::Composition{
+      .folders = folders,
+      .hostsPath = hostsPath,
+      .runner = runner,
+      .scheduler = scheduler,
+      .clock = clock,
+      .calendar = calendar,
+  };
 }
 
 void UiTest::settle() {

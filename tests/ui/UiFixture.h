@@ -47,6 +47,8 @@ class UiTest : public ::testing::Test {
 
   /// Writes the document with these tasks, composes the model and opens the main window.
   void launch(const std::vector<FocusTask>& tasks = {});
+  /// What the model is composed of: the fixture's folders, hosts file, runner, clock and calendar.
+  [[nodiscard]] AppModel::Composition composition() const;
   /// Runs the jobs posted so far and brings the window up to date with what they published.
   void settle();
   /// Lets the window lay itself out and draw a frame, so that positions are final.
