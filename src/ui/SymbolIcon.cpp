@@ -5,13 +5,12 @@
 #include <QPainter>
 #include <QQuickWindow>
 #include <QSvgRenderer>
+#include <memory>
 
 namespace brindlet::ui {
 namespace {
 
-QImage render(const QString& symbol, const QColor& color, QSize pixels) {
-  QSvgRenderer svg(QStringLiteral(":/icons/%1.svg").arg(symbol));
-  if (!svg.isValid()) return {};
+QImage render(QSvgRenderer& svg, const QColor& color, QSize pixels) {
   QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
   image.fill(Qt::transparent);
   QPainter painter(&image);
@@ -51,6 +50,7 @@ void SymbolIcon::paint(QPainter* painter) {
 QImage SymbolIcon::drawn(const QString& symbol, const QColor& color, QSize pixels) {
   // Painting may happen on a render thread of each window.
   static QMutex mutex;
+  static QHash<QString, std::shared_ptr<QSvgRenderer>> symbols;
   static QHash<QString, QImage> images;
   const QString key = QStringLiteral("%1 %2 %3x%4")
                           .arg(symbol, color.name(QColor::HexArgb))
@@ -59,7 +59,9 @@ QImage SymbolIcon::drawn(const QString& symbol, const QColor& color, QSize pixel
   const QMutexLocker lock(&mutex);
   const auto found = images.constFind(key);
   if (found != images.constEnd()) return *found;
-  return *images.insert(key, render(symbol, color, pixels));
+  std::shared_ptr<QSvgRenderer>& svg = symbols[symbol];
+  if (!svg) svg = std::make_shared<QSvgRenderer>(QStringLiteral(":/icons/%1.svg").arg(symbol));
+  return *images.insert(key, svg->isValid() ? render(*svg, color, pixels) : QImage());
 }
 
 }  // namespace brindlet::ui

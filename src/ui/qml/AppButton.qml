@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Brindlet
 
 // A button of the app's own look: plain, prominent (filled with the accent colour) or
@@ -73,13 +72,14 @@ Item {
         border.color: root.focusOutline
     }
 
-    RowLayout {
+    Row {
         id: content
 
         anchors.centerIn: parent
         spacing: 7
         opacity: root.enabled ? 1 : 0.4
         AppIcon {
+            anchors.verticalCenter: parent.verticalCenter
             visible: root.symbol.length > 0
             symbol: root.symbol
             size: root.large ? 16 : 14
@@ -87,10 +87,10 @@ Item {
         }
         Text {
             id: label
+            anchors.verticalCenter: parent.verticalCenter
             visible: root.text.length > 0
             text: root.text
             color: root.tint
-            Layout.alignment: Qt.AlignVCenter
         }
     }
 
