@@ -28,6 +28,7 @@ set(BRINDLET_ICONS
   "arrow.right=actions/go-next-symbolic.svg"
   "chevron.left=actions/go-previous-symbolic.svg"
   "chevron.right=actions/go-next-symbolic.svg"
+  "chevron.down=ui/pan-down-symbolic.svg"
   "sparkles=status/starred-symbolic.svg"
   "lock.fill=status/changes-prevent-symbolic.svg"
   "touchid=devices/auth-fingerprint-symbolic.svg"

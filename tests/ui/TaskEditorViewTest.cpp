@@ -120,6 +120,25 @@ TEST_F(EditorTest, ChangingTheEstimateAndTheStartTimeChangesTheRowOnSave) {
             "50 min");
 }
 
+TEST_F(EditorTest, EveryRowOfTheSheetStaysWithinItsEdges) {
+  openEditorOf(makeTask().titled("Plan the trip").plannedOn(kSaturday));
+  click(item("scheduleSwitch"));
+  frame();
+  QQuickItem* sheet = item("editorTitle")->parentItem();
+  while (sheet && !QByteArray(sheet->metaObject()->className()).contains("PopupItem")) {
+    sheet = sheet->parentItem();
+  }
+  ASSERT_NE(sheet, nullptr);
+  const QRectF edges = sheet->mapRectToScene(QRectF(0, 0, sheet->width(), sheet->height()));
+  for (const char* name : {"editorTitle", "estimateStepper", "startPicker", "startMinute",
+                           "editorBlocking", "editorSave"}) {
+    QQuickItem* part = item(name);
+    ASSERT_NE(part, nullptr) << name;
+    const QRectF place = part->mapRectToScene(QRectF(0, 0, part->width(), part->height()));
+    EXPECT_TRUE(edges.contains(place)) << name;
+  }
+}
+
 TEST_F(EditorTest, CancelLeavesTheStoredTaskAsItWas) {
   const FocusTask task = makeTask().titled("Renew passport").plannedOn(kSaturday).estimated(20);
   openEditorOf(task);

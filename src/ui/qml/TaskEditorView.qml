@@ -13,7 +13,8 @@ Popup {
     objectName: "taskEditor"
     parent: Overlay.overlay
     anchors.centerIn: parent
-    width: 480
+    // Wide enough for its widest row, and never narrower than a comfortable sheet.
+    width: Math.max(480, implicitContentWidth + leftPadding + rightPadding)
     modal: true
     padding: 24
     closePolicy: Popup.CloseOnEscape
@@ -82,7 +83,7 @@ Popup {
             Layout.fillWidth: true
             spacing: 16
             Text { text: "Priority"; font.pixelSize: Theme.bodySize; color: Theme.primary }
-            ComboBox {
+            AppComboBox {
                 objectName: "editorPriority"
                 model: root.draft.priorityTitles
                 currentIndex: root.draft.priority
@@ -140,22 +141,20 @@ Popup {
                 Accessible.name: "Next day"
                 onClicked: root.draft.shiftStartDays(1)
             }
-            SpinBox {
+            AppSpinBox {
                 objectName: "startHour"
                 from: 0
                 to: 23
                 value: root.draft.startHour
-                editable: true
                 onValueModified: root.draft.startHour = value
                 textFromValue: (value) => String(value).padStart(2, "0")
             }
             Text { text: ":"; font.pixelSize: Theme.bodySize; color: Theme.primary }
-            SpinBox {
+            AppSpinBox {
                 objectName: "startMinute"
                 from: 0
                 to: 59
                 value: root.draft.startMinute
-                editable: true
                 onValueModified: root.draft.startMinute = value
                 textFromValue: (value) => String(value).padStart(2, "0")
             }
@@ -199,7 +198,7 @@ Popup {
         RowLayout {
             spacing: 16
             Text { text: "Website blocking"; font.pixelSize: Theme.bodySize; color: Theme.primary }
-            ComboBox {
+            AppComboBox {
                 objectName: "editorBlocking"
                 Layout.fillWidth: true
                 model: root.draft.groupNames
