@@ -33,6 +33,24 @@ TEST_F(TodayViewTest, ADayWithoutTasksShowsDayClearedAndAnEmptyQueue) {
   screenshot("today-empty");
 }
 
+TEST_F(TodayViewTest, TheWeekStripKeepsSevenEqualCellsThroughEveryNewState) {
+  launch();
+  QQuickItem* monday = item("weekDay.0");
+  ASSERT_NE(monday, nullptr);
+  for (int day = 0; day < 7; ++day) {
+    QQuickItem* cell = item(QStringLiteral("weekDay.%1").arg(day));
+    ASSERT_NE(cell, nullptr) << day;
+    EXPECT_GT(cell->width(), 60.0) << day;
+    EXPECT_NEAR(cell->width(), monday->width(), 1.0) << day;
+  }
+  click(item("quickAddField"));
+  type("Water the plants");
+  pressKey(Qt::Key_Return);
+  EXPECT_EQ(item("weekDay.0"), monday);
+  EXPECT_EQ(item("weekDay.5")->findChild<QQuickItem*>("weekDayCount")->property("text").toString(),
+            "1");
+}
+
 TEST_F(TodayViewTest, QuickAddWorksWithReturnAndWithTheAddButton) {
   launch();
   click(item("quickAddField"));

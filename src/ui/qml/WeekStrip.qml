@@ -9,13 +9,15 @@ RowLayout {
     objectName: "weekStrip"
     spacing: 8
 
+    // Always seven cells, made once: each state only changes what they read, so neither the
+    // heartbeat nor a new day rebuilds the strip under the user's pointer.
     Repeater {
-        model: Dashboard.weekDays
+        model: 7
         delegate: Rectangle {
             id: day
 
             required property int index
-            required property var modelData
+            readonly property var modelData: Dashboard.weekDays[index]
 
             objectName: "weekDay." + index
             Layout.fillWidth: true
