@@ -154,5 +154,15 @@ TEST_F(ShellTest, AnErrorShowsTheAlertWithItsTextAndOkClearsIt) {
   EXPECT_FALSE(host->state().editorError.has_value());
 }
 
+TEST_F(ShellTest, EscapeClosesTheAlertAndClearsTheError) {
+  launch();
+  click(item("quickAddField"));
+  pressKey(Qt::Key_Return);
+  ASSERT_NE(item("errorAlertMessage"), nullptr);
+  pressKey(Qt::Key_Escape);
+  EXPECT_EQ(item("errorAlertMessage"), nullptr);
+  EXPECT_FALSE(host->state().editorError.has_value());
+}
+
 }  // namespace
 }  // namespace brindlet::testing

@@ -139,6 +139,15 @@ TEST_F(EditorTest, EveryRowOfTheSheetStaysWithinItsEdges) {
   }
 }
 
+TEST_F(EditorTest, EscapeClosesTheSheetWithoutSaving) {
+  const FocusTask task = makeTask().titled("Renew passport").plannedOn(kSaturday).estimated(20);
+  openEditorOf(task);
+  click(item("estimateStepper.up"));
+  pressKey(Qt::Key_Escape);
+  EXPECT_EQ(item("editorTitle"), nullptr);
+  EXPECT_EQ(storedTask(task.id)->estimatedMinutes, 20);
+}
+
 TEST_F(EditorTest, CancelLeavesTheStoredTaskAsItWas) {
   const FocusTask task = makeTask().titled("Renew passport").plannedOn(kSaturday).estimated(20);
   openEditorOf(task);

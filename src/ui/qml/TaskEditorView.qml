@@ -16,6 +16,8 @@ Popup {
     // Wide enough for its widest row, and never narrower than a comfortable sheet.
     width: Math.max(480, implicitContentWidth + leftPadding + rightPadding)
     modal: true
+    // A modal sheet takes the keyboard, so that Escape closes it whatever was clicked inside.
+    focus: true
     padding: 24
     closePolicy: Popup.CloseOnEscape
     Component.onCompleted: open()
