@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Builders.h"
@@ -34,17 +35,25 @@ class AppModelTest : public ::testing::Test {
 
   /// A model over the folders, as the program builds one at launch; every state it publishes
   /// is kept in `published`.
-  [[nodiscard]] std::unique_ptr<AppModel> makeModel() {
-    std::unique_ptr<AppModel> model = AppModel::compose(AppModel::Composition{
+  [[nodiscard]] std::unique_ptr<AppModel> makeModel() { return makeModel(composition()); }
+
+  /// A model of these parts; every state it publishes is kept in `published`.
+  [[nodiscard]] std::unique_ptr<AppModel> makeModel(AppModel::Composition parts) {
+    std::unique_ptr<AppModel> model = AppModel::compose(std::move(parts));
+    model->setOnChange([this](const AppModelState& state) { published.push_back(state); });
+    return model;
+  }
+
+  /// What the program composes a model of, here the fixture's stand-ins.
+  [[nodiscard]] AppModel::Composition composition() const {
+    return AppModel::Composition{
         .folders = folders,
         .hostsPath = hostsPath,
         .runner = runner,
         .scheduler = scheduler,
         .clock = clock,
         .calendar = calendar,
-    });
-    model->setOnChange([this](const AppModelState& state) { published.push_back(state); });
-    return model;
+    };
   }
 
   /// A model after its start-up pass, as the main window shows it.

@@ -62,18 +62,10 @@ class AppModelSessionSyncTest : public AppModelTest {
   [[nodiscard]] std::unique_ptr<AppModel> makeSyncedModel(
       std::shared_ptr<CrossDeviceSessionCoordinator> coordinator,
       std::optional<std::string> deviceID = kMacID) {
-    std::unique_ptr<AppModel> model = AppModel::compose(AppModel::Composition{
-        .folders = folders,
-        .hostsPath = hostsPath,
-        .runner = runner,
-        .scheduler = scheduler,
-        .clock = clock,
-        .calendar = calendar,
-        .crossDeviceCoordinator = std::move(coordinator),
-        .syncDeviceID = std::move(deviceID),
-    });
-    model->setOnChange([this](const AppModelState& state) { published.push_back(state); });
-    return model;
+    AppModel::Composition parts = composition();
+    parts.crossDeviceCoordinator = std::move(coordinator);
+    parts.syncDeviceID = std::move(deviceID);
+    return makeModel(std::move(parts));
   }
 
   /// A cloud transport over the shared database, keeping its cursor in its own folder.
