@@ -25,6 +25,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "Dashboard.h"
@@ -32,6 +33,7 @@
 #include "MenuBarItem.h"
 #include "ModelHost.h"
 #include "NotificationSender.h"
+#include "StartupWarmUp.h"
 #include "app/AppModel.h"
 #include "app/PlatformFolders.h"
 #include "persistence/LocalStore.h"
@@ -115,6 +117,9 @@ int main(int argc, char* argv[]) {
 
   QElapsedTimer sinceStart;
   sinceStart.start();
+  // As the app does: fonts and date formats are readied beside the start-up.
+  std::optional<ui::StartupWarmUp> warmUp;
+  if (runsApp) warmUp.emplace();
   QApplication app(argc, argv);
   QQuickStyle::setStyle(QStringLiteral("Basic"));
 

@@ -1,10 +1,5 @@
 #include "app/AppModelState.h"
 
-#include <unicode/dtptngen.h>
-#include <unicode/locid.h>
-#include <unicode/smpdtfmt.h>
-#include <unicode/timezone.h>
-
 #include <algorithm>
 #include <cinttypes>
 #include <cmath>
@@ -15,6 +10,7 @@
 
 #include "flow/PlannerEngine.h"
 #include "review/RecommendationEngine.h"
+#include "support/DateText.h"
 
 namespace brindlet {
 namespace {
@@ -22,44 +18,6 @@ namespace {
 constexpr int kDaysPerWeek = 7;
 constexpr std::int64_t kSecondsPerMinute = 60;
 constexpr std::int64_t kSecondsPerHour = 3600;
-
-// A formatter of abbreviated weekday and day of month for one locale and time zone. Building one
-// costs far more than using it, and a screen labels seven days at a time.
-class DayLabelFormatter {
- public:
-  DayLabelFormatter(const std::string& localeId, const std::string& timeZoneId)
-      : localeId_(localeId), timeZoneId_(timeZoneId) {
-    const icu::Locale locale(localeId.c_str());
-    UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<icu::DateTimePatternGenerator> generator(
-        icu::DateTimePatternGenerator::createInstance(locale, status));
-    if (U_FAILURE(status)) return;
-    const icu::UnicodeString pattern = generator->getBestPattern(u"EEEd", status);
-    if (U_FAILURE(status)) return;
-    auto format = std::make_unique<icu::SimpleDateFormat>(pattern, locale, status);
-    if (U_FAILURE(status)) return;
-    format->adoptTimeZone(icu::TimeZone::createTimeZone(timeZoneId.c_str()));
-    format_ = std::move(format);
-  }
-
-  [[nodiscard]] bool serves(const Calendar& calendar) const {
-    return calendar.localeId() == localeId_ && calendar.timeZoneId() == timeZoneId_;
-  }
-
-  [[nodiscard]] std::string format(Instant instant) const {
-    if (!format_) return {};
-    icu::UnicodeString text;
-    format_->format(instant.unixSeconds() * 1000.0, text);
-    std::string result;
-    text.toUTF8String(result);
-    return result;
-  }
-
- private:
-  std::string localeId_;
-  std::string timeZoneId_;
-  std::unique_ptr<icu::SimpleDateFormat> format_;
-};
 
 }  // namespace
 
@@ -202,12 +160,7 @@ std::string AppModelState::focusedDurationText(const FocusTask& task) const {
 std::string AppModelState::dayLabel(const LocalDay& day) const {
   const std::optional<Instant> start = day.date(calendar);
   if (!start) return {};
-  // Labels are asked for on whichever thread holds the state; each keeps its own formatter.
-  thread_local std::unique_ptr<DayLabelFormatter> formatter;
-  if (!formatter || !formatter->serves(calendar)) {
-    formatter = std::make_unique<DayLabelFormatter>(calendar.localeId(), calendar.timeZoneId());
-  }
-  return formatter->format(*start);
+  return dateText(*start, calendar, kShortDaySkeleton);
 }
 
 }  // namespace brindlet

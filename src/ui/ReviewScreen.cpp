@@ -1,10 +1,5 @@
 #include "ReviewScreen.h"
 
-#include <unicode/dtptngen.h>
-#include <unicode/locid.h>
-#include <unicode/smpdtfmt.h>
-#include <unicode/timezone.h>
-
 #include <QVariantMap>
 #include <algorithm>
 #include <memory>
@@ -13,6 +8,7 @@
 #include "UiTexts.h"
 #include "app/AppModel.h"
 #include "review/WeeklyReview.h"
+#include "support/DateText.h"
 
 namespace brindlet::ui {
 namespace {
@@ -28,21 +24,7 @@ QVariantMap metric(const QString& title, const std::string& value, const QString
 std::string reviewDayText(const LocalDay& day, const Calendar& calendar) {
   const std::optional<Instant> start = day.date(calendar);
   if (!start) return {};
-  const icu::Locale locale(calendar.localeId().c_str());
-  UErrorCode status = U_ZERO_ERROR;
-  const std::unique_ptr<icu::DateTimePatternGenerator> generator(
-      icu::DateTimePatternGenerator::createInstance(locale, status));
-  if (U_FAILURE(status)) return {};
-  const icu::UnicodeString pattern = generator->getBestPattern(u"MMMd", status);
-  icu::SimpleDateFormat format(pattern, locale, status);
-  if (U_FAILURE(status)) return {};
-  format.adoptTimeZone(
-      icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(calendar.timeZoneId())));
-  icu::UnicodeString text;
-  format.format(start->unixSeconds() * 1000.0, text);
-  std::string out;
-  text.toUTF8String(out);
-  return out;
+  return dateText(*start, calendar, kMonthDaySkeleton);
 }
 
 std::string completionPercentText(double rate) {

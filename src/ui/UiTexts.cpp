@@ -1,13 +1,9 @@
 #include "UiTexts.h"
 
-#include <unicode/dtptngen.h>
-#include <unicode/smpdtfmt.h>
-#include <unicode/timezone.h>
-
 #include <cctype>
-#include <memory>
 
 #include "records/EnumText.h"
+#include "support/DateText.h"
 
 namespace brindlet::ui {
 
@@ -21,48 +17,10 @@ std::string priorityTitle(TaskPriority priority) {
   return text;
 }
 
-namespace {
-
-// The header's long date format for one locale and time zone. Building one costs far more than
-// using it, and the header asks for its text on every state the model publishes.
-struct HeaderDateFormat {
-  std::string localeId;
-  std::string timeZoneId;
-  std::unique_ptr<icu::SimpleDateFormat> format;
-};
-
-const icu::SimpleDateFormat* headerDateFormat(const Calendar& calendar) {
-  thread_local HeaderDateFormat cached;
-  if (cached.format && cached.localeId == calendar.localeId() &&
-      cached.timeZoneId == calendar.timeZoneId()) {
-    return cached.format.get();
-  }
-  const icu::Locale locale(calendar.localeId().c_str());
-  UErrorCode status = U_ZERO_ERROR;
-  const std::unique_ptr<icu::DateTimePatternGenerator> generator(
-      icu::DateTimePatternGenerator::createInstance(locale, status));
-  if (U_FAILURE(status)) return nullptr;
-  const icu::UnicodeString pattern = generator->getBestPattern(u"EEEEMMMMd", status);
-  auto format = std::make_unique<icu::SimpleDateFormat>(pattern, locale, status);
-  if (U_FAILURE(status)) return nullptr;
-  format->adoptTimeZone(
-      icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(calendar.timeZoneId())));
-  cached = {calendar.localeId(), calendar.timeZoneId(), std::move(format)};
-  return cached.format.get();
-}
-
-}  // namespace
-
 std::string headerDate(const LocalDay& day, const Calendar& calendar) {
   const std::optional<Instant> start = day.date(calendar);
-  if (!start) return "Today";
-  const icu::SimpleDateFormat* format = headerDateFormat(calendar);
-  if (!format) return "Today";
-  icu::UnicodeString text;
-  format->format(start->unixSeconds() * 1000.0, text);
-  std::string out;
-  text.toUTF8String(out);
-  return out;
+  const std::string text = start ? dateText(*start, calendar, kLongDaySkeleton) : std::string();
+  return text.empty() ? "Today" : text;
 }
 
 std::string workloadText(const WorkloadSummary& workload) {

@@ -15,6 +15,7 @@
 #include "MenuBarItem.h"
 #include "ModelHost.h"
 #include "NotificationSender.h"
+#include "StartupWarmUp.h"
 #include "app/AppModel.h"
 #include "app/PlatformFolders.h"
 #include "support/Clock.h"
@@ -22,6 +23,7 @@
 Q_IMPORT_QML_PLUGIN(BrindletPlugin)
 
 int main(int argc, char* argv[]) {
+  const brindlet::ui::StartupWarmUp warmUp;
   QApplication app(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Brindlet"));
   QApplication::setDesktopFileName(QStringLiteral(BRINDLET_APP_ID));

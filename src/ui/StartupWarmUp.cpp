@@ -1,0 +1,32 @@
+#include "StartupWarmUp.h"
+
+#include <fontconfig/fontconfig.h>
+
+#include "support/Calendar.h"
+#include "support/Clock.h"
+#include "support/DateText.h"
+
+namespace brindlet::ui {
+namespace {
+
+void readyDateFormats() {
+  const Calendar calendar = Calendar::current();
+  const Instant now = SystemClock().now();
+  for (const std::u16string_view skeleton : {kLongDaySkeleton, kShortDaySkeleton}) {
+    (void)dateText(now, calendar, skeleton);
+  }
+}
+
+}  // namespace
+
+StartupWarmUp::StartupWarmUp()
+    : thread_([] {
+        // Reads the font configuration and the installed fonts' caches once for the process;
+        // Qt's font database finds them loaded when the first text is laid out.
+        FcInit();
+        readyDateFormats();
+      }) {}
+
+StartupWarmUp::~StartupWarmUp() { thread_.join(); }
+
+}  // namespace brindlet::ui

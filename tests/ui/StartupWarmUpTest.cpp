@@ -1,0 +1,27 @@
+// The start-up warm-up runs beside the window as the app starts it.
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "StartupWarmUp.h"
+#include "UiFixture.h"
+
+namespace brindlet::testing {
+namespace {
+
+using StartupWarmUpTest = UiTest;
+
+TEST_F(StartupWarmUpTest, TheWindowLoadsWhileTheWarmUpRunsAndShowsTheSameDay) {
+  std::optional<ui::StartupWarmUp> warmUp;
+  warmUp.emplace();
+  launch();
+  EXPECT_EQ(item("dayTitle")->property("text").toString(), "Saturday, November 21");
+  EXPECT_EQ(item("weekDay.0")->findChild<QQuickItem*>("weekDayLabel")->property("text").toString(),
+            "16 Mon");
+  warmUp.reset();
+  EXPECT_TRUE(showsText("Day cleared"));
+}
+
+}  // namespace
+}  // namespace brindlet::testing
