@@ -25,8 +25,8 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
-#include <optional>
 #include <string>
+#include <thread>
 
 #include "Dashboard.h"
 #include "DesktopReminderScheduler.h"
@@ -118,8 +118,8 @@ int main(int argc, char* argv[]) {
   QElapsedTimer sinceStart;
   sinceStart.start();
   // As the app does: fonts and date formats are readied beside the start-up.
-  std::optional<ui::StartupWarmUp> warmUp;
-  if (runsApp) warmUp.emplace();
+  std::jthread warmUp;
+  if (runsApp) warmUp = ui::startStartupWarmUp();
   QApplication app(argc, argv);
   QQuickStyle::setStyle(QStringLiteral("Basic"));
 

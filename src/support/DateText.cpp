@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <string_view>
 #include <tuple>
 
 namespace brindlet {
@@ -33,9 +34,12 @@ class DateFormats {
   using Key = std::tuple<std::string, std::string, std::u16string>;
 
   icu::SimpleDateFormat* find(const Calendar& calendar, std::u16string_view skeleton) {
-    Key key{calendar.localeId(), calendar.timeZoneId(), std::u16string(skeleton)};
-    const auto found = formats_.find(key);
+    // Looked up by views: a format already made costs no copies of its key.
+    const auto found =
+        formats_.find(std::tuple<std::string_view, std::string_view, std::u16string_view>(
+            calendar.localeId(), calendar.timeZoneId(), skeleton));
     if (found != formats_.end()) return found->second.get();
+    Key key{calendar.localeId(), calendar.timeZoneId(), std::u16string(skeleton)};
     std::unique_ptr<icu::SimpleDateFormat> made = make(calendar, skeleton);
     return formats_.emplace(std::move(key), std::move(made)).first->second.get();
   }
@@ -69,7 +73,7 @@ class DateFormats {
 
   std::mutex mutex_;
   std::map<std::string, std::unique_ptr<icu::DateTimePatternGenerator>> generators_;
-  std::map<Key, std::unique_ptr<icu::SimpleDateFormat>> formats_;
+  std::map<Key, std::unique_ptr<icu::SimpleDateFormat>, std::less<>> formats_;
 };
 
 }  // namespace

@@ -19,14 +19,13 @@ void readyDateFormats() {
 
 }  // namespace
 
-StartupWarmUp::StartupWarmUp()
-    : thread_([] {
-        // Reads the font configuration and the installed fonts' caches once for the process;
-        // Qt's font database finds them loaded when the first text is laid out.
-        FcInit();
-        readyDateFormats();
-      }) {}
-
-StartupWarmUp::~StartupWarmUp() { thread_.join(); }
+std::jthread startStartupWarmUp() {
+  return std::jthread([] {
+    // Reads the font configuration and the installed fonts' caches once for the process; Qt's
+    // font database finds them loaded when the first text is laid out.
+    FcInit();
+    readyDateFormats();
+  });
+}
 
 }  // namespace brindlet::ui

@@ -9,6 +9,7 @@
 #include <QQuickStyle>
 #include <QQuickWindow>
 #include <memory>
+#include <thread>
 
 #include "Dashboard.h"
 #include "DesktopReminderScheduler.h"
@@ -23,7 +24,7 @@
 Q_IMPORT_QML_PLUGIN(BrindletPlugin)
 
 int main(int argc, char* argv[]) {
-  const brindlet::ui::StartupWarmUp warmUp;
+  const std::jthread warmUp = brindlet::ui::startStartupWarmUp();
   QApplication app(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Brindlet"));
   QApplication::setDesktopFileName(QStringLiteral(BRINDLET_APP_ID));

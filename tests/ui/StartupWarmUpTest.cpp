@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
+#include <thread>
 
 #include "StartupWarmUp.h"
 #include "UiFixture.h"
@@ -13,13 +13,12 @@ namespace {
 using StartupWarmUpTest = UiTest;
 
 TEST_F(StartupWarmUpTest, TheWindowLoadsWhileTheWarmUpRunsAndShowsTheSameDay) {
-  std::optional<ui::StartupWarmUp> warmUp;
-  warmUp.emplace();
+  std::jthread warmUp = ui::startStartupWarmUp();
   launch();
   EXPECT_EQ(item("dayTitle")->property("text").toString(), "Saturday, November 21");
   EXPECT_EQ(item("weekDay.0")->findChild<QQuickItem*>("weekDayLabel")->property("text").toString(),
             "16 Mon");
-  warmUp.reset();
+  warmUp.join();
   EXPECT_TRUE(showsText("Day cleared"));
 }
 
