@@ -138,9 +138,10 @@ int main(int argc, char* argv[]) {
   } else {
     const auto clock = std::make_shared<SystemClock>();
     scheduler = std::make_shared<ui::DesktopReminderScheduler>(
-        folders.dataFolder() / "reminders.json",
-        std::make_shared<ui::DBusNotificationSender>(QDBusConnection::connectToBus(
-            QStringLiteral("unix:path=/nonexistent"), QStringLiteral("none"))),
+        folders.dataFolder() / "reminders.json", std::make_shared<ui::DBusNotificationSender>([] {
+          return QDBusConnection::connectToBus(QStringLiteral("unix:path=/nonexistent"),
+                                               QStringLiteral("none"));
+        }),
         clock);
     // As the app does: the model is composed and recovered on its own thread while the window
     // loads.

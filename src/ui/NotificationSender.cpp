@@ -21,17 +21,23 @@ QDBusMessage busCall(const QString& method) {
 
 }  // namespace
 
+QDBusConnection& DBusNotificationSender::connection() {
+  std::call_once(opened_, [this] { connection_.emplace(connect_()); });
+  return *connection_;
+}
+
 bool DBusNotificationSender::serviceAvailable() {
-  if (!connection_.isConnected()) return false;
+  QDBusConnection& bus = connection();
+  if (!bus.isConnected()) return false;
   const QString service = QString::fromLatin1(kService);
 
   QDBusMessage hasOwner = busCall(QStringLiteral("NameHasOwner"));
   hasOwner << service;
-  const QDBusReply<bool> owned = connection_.call(hasOwner, QDBus::Block, kBusTimeoutMs);
+  const QDBusReply<bool> owned = bus.call(hasOwner, QDBus::Block, kBusTimeoutMs);
   if (owned.isValid() && owned.value()) return true;
 
-  const QDBusReply<QStringList> activatable = connection_.call(
-      busCall(QStringLiteral("ListActivatableNames")), QDBus::Block, kBusTimeoutMs);
+  const QDBusReply<QStringList> activatable =
+      bus.call(busCall(QStringLiteral("ListActivatableNames")), QDBus::Block, kBusTimeoutMs);
   return activatable.isValid() && activatable.value().contains(service);
 }
 
@@ -46,7 +52,7 @@ void DBusNotificationSender::send(const ReminderRequest& request) {
   if (!applicationId.isEmpty()) hints.insert(QStringLiteral("desktop-entry"), applicationId);
   notify << QStringLiteral("Brindlet") << 0U << applicationId << qs(request.title)
          << qs(request.body) << QStringList() << hints << -1;
-  connection_.asyncCall(notify);
+  connection().asyncCall(notify);
 }
 
 }  // namespace brindlet::ui

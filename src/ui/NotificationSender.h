@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <functional>
+#include <mutex>
+#include <optional>
 
 #include "reminders/ReminderRequest.h"
 
@@ -18,17 +21,25 @@ class NotificationSender {
 
 /// The freedesktop notification service, org.freedesktop.Notifications, on a D-Bus bus. Safe to
 /// call from any thread.
+///
+/// The bus is opened by `connect` the first time it is needed: loading the D-Bus library and
+/// greeting the bus take several milliseconds that the window's first frame need not wait for.
 class DBusNotificationSender : public NotificationSender {
  public:
   static constexpr const char* kService = "org.freedesktop.Notifications";
 
-  explicit DBusNotificationSender(QDBusConnection connection) : connection_(connection) {}
+  explicit DBusNotificationSender(std::function<QDBusConnection()> connect)
+      : connect_(std::move(connect)) {}
 
   [[nodiscard]] bool serviceAvailable() override;
   void send(const ReminderRequest& request) override;
 
  private:
-  QDBusConnection connection_;
+  QDBusConnection& connection();
+
+  std::function<QDBusConnection()> connect_;
+  std::once_flag opened_;
+  std::optional<QDBusConnection> connection_;
 };
 
 }  // namespace brindlet::ui

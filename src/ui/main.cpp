@@ -35,7 +35,8 @@ int main(int argc, char* argv[]) {
   const auto clock = std::make_shared<SystemClock>();
   const auto scheduler = std::make_shared<ui::DesktopReminderScheduler>(
       PlatformFolders::current().dataFolder() / "reminders.json",
-      std::make_shared<ui::DBusNotificationSender>(QDBusConnection::sessionBus()), clock);
+      std::make_shared<ui::DBusNotificationSender>([] { return QDBusConnection::sessionBus(); }),
+      clock);
   scheduler->start();
 
   ui::ModelHost host([scheduler, clock] { return AppModel::live(scheduler, clock); });

@@ -98,9 +98,10 @@ class DesktopReminderSchedulerTest : public ::testing::Test {
   }
 
   std::unique_ptr<ui::DesktopReminderScheduler> makeScheduler() {
-    QDBusConnection bus = QDBusConnection::connectToBus(address, QStringLiteral("brindlet"));
     return std::make_unique<ui::DesktopReminderScheduler>(
-        folder / "Brindlet" / "reminders.json", std::make_shared<ui::DBusNotificationSender>(bus),
+        folder / "Brindlet" / "reminders.json",
+        std::make_shared<ui::DBusNotificationSender>(
+            [this] { return QDBusConnection::connectToBus(address, QStringLiteral("brindlet")); }),
         clock);
   }
 
@@ -180,6 +181,26 @@ TEST_F(DesktopReminderSchedulerTest, ACancelledRequestNeverFires) {
   EXPECT_EQ(service.summaries, QStringList{"Kept"});
 }
 
+TEST_F(DesktopReminderSchedulerTest, TheBusIsOpenedOnceAndOnlyWhenFirstNeeded) {
+  startStandIn();
+  int opened = 0;
+  ui::DesktopReminderScheduler scheduler(
+      folder / "Brindlet" / "reminders.json", std::make_shared<ui::DBusNotificationSender>([&] {
+        ++opened;
+        return QDBusConnection::connectToBus(address, QStringLiteral("brindlet"));
+      }),
+      clock);
+  scheduler.schedule({request(kTask, ReminderKind::start, kTestNow.advanced(30), "Later")});
+  scheduler.start();
+  EXPECT_EQ(opened, 0);
+
+  EXPECT_EQ(scheduler.authorizationStatus(), ReminderAuthorization::authorized);
+  clock->advance(60);
+  scheduler.fireDue();
+  EXPECT_TRUE(received(1));
+  EXPECT_EQ(opened, 1);
+}
+
 TEST_F(DesktopReminderSchedulerTest, WithANotificationServiceAuthorisationIsAuthorized) {
   startStandIn();
   EXPECT_EQ(makeScheduler()->authorizationStatus(), ReminderAuthorization::authorized);
@@ -192,9 +213,9 @@ TEST_F(DesktopReminderSchedulerTest, WithoutANotificationServiceAuthorisationIsD
 TEST(DesktopReminderSchedulerWithoutBusTest, WithoutASessionBusAuthorisationIsDenied) {
   TempDir folder;
   ui::DesktopReminderScheduler scheduler(
-      folder / "reminders.json",
-      std::make_shared<ui::DBusNotificationSender>(
-          QDBusConnection::connectToBus(QStringLiteral("unix:path=/nonexistent"), "none")),
+      folder / "reminders.json", std::make_shared<ui::DBusNotificationSender>([] {
+        return QDBusConnection::connectToBus(QStringLiteral("unix:path=/nonexistent"), "none");
+      }),
       std::make_shared<ManualClock>());
   EXPECT_EQ(scheduler.authorizationStatus(), ReminderAuthorization::denied);
 }
