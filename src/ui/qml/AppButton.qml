@@ -2,14 +2,12 @@ import QtQuick
 import Brindlet
 
 // A button of the app's own look: plain, prominent (filled with the accent colour) or
-// borderless (no background, for icon buttons inside rows). It is made of plain items, not the
-// stock controls, so that the first screen opens without loading them. It behaves as a button
-// does: a press released inside it clicks, Space and Return click it when it has the keyboard
-// focus, and assistive technology sees a button it can press.
-Item {
+// borderless (no background until the pointer is over it). It is made of plain items, not the
+// stock controls, so that the first screen opens without loading them. A button that shows
+// only an icon is an IconButton.
+ButtonBase {
     id: root
 
-    property string text
     property string symbol
     property bool prominent: false
     property bool borderless: false
@@ -26,41 +24,13 @@ Item {
     property real topPadding: borderless ? 4 : (large ? 10 : 6)
     property real bottomPadding: topPadding
     property alias font: label.font
-    readonly property alias hovered: hover.hovered
-    readonly property bool down: tap.pressed || keyHeld
-    // Clicks never take the focus, so a focused button was reached from the keyboard.
-    readonly property bool visualFocus: activeFocus
-    property bool keyHeld: false
-
-    signal clicked()
 
     implicitWidth: leftPadding + content.implicitWidth + rightPadding
     implicitHeight: topPadding + content.implicitHeight + bottomPadding
-    activeFocusOnTab: true
-    font.pixelSize: large ? Theme.bodySize + 1 : Theme.bodySize
-    font.weight: prominent ? Font.DemiBold : Font.Medium
-
-    Accessible.role: Accessible.Button
-    Accessible.name: text
-    Accessible.focusable: true
-    Accessible.onPressAction: if (enabled) clicked()
-
-    Keys.onPressed: (event) => {
-        if (event.key === Qt.Key_Space && !event.isAutoRepeat) {
-            keyHeld = true
-            event.accepted = true
-        } else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter) {
-            clicked()
-            event.accepted = true
-        }
-    }
-    Keys.onReleased: (event) => {
-        if (event.key !== Qt.Key_Space || event.isAutoRepeat || !keyHeld) return
-        keyHeld = false
-        event.accepted = true
-        clicked()
-    }
-    onActiveFocusChanged: if (!activeFocus) keyHeld = false
+    // Two weights and the body size for every button: each size and weight of text is a font
+    // the window has to load before it first shows.
+    font.pixelSize: Theme.bodySize
+    font.weight: prominent ? Font.DemiBold : Font.Normal
 
     Rectangle {
         anchors.fill: parent
@@ -88,16 +58,8 @@ Item {
         Text {
             id: label
             anchors.verticalCenter: parent.verticalCenter
-            visible: root.text.length > 0
             text: root.text
             color: root.tint
         }
-    }
-
-    HoverHandler { id: hover }
-    TapHandler {
-        id: tap
-        gesturePolicy: TapHandler.ReleaseWithinBounds
-        onTapped: root.clicked()
     }
 }

@@ -35,9 +35,8 @@ Rectangle {
             onToggled: BlockingScreen.setRuleEnabled(root.ruleId, checked)
         }
 
-        AppButton {
+        IconButton {
             objectName: "removeDomain." + root.domain
-            borderless: true
             symbol: "trash"
             tint: Theme.red
             enabled: !root.locked

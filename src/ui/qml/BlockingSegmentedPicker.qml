@@ -54,7 +54,7 @@ Rectangle {
                     horizontalAlignment: Text.AlignHCenter
                     verticalAlignment: Text.AlignVCenter
                     font.pixelSize: Theme.bodySize - 1
-                    font.weight: segment.selected ? Font.DemiBold : Font.Medium
+                    font.weight: segment.selected ? Font.DemiBold : Font.Normal
                     color: segment.selected ? Theme.primary : Theme.secondary
                 }
 

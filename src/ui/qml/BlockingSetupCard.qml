@@ -19,7 +19,6 @@ ColumnLayout {
             Layout.preferredWidth: root.labelWidth
             text: "Duration"
             font.pixelSize: Theme.bodySize
-            font.weight: Font.Medium
             color: Theme.primary
         }
         BlockingSegmentedPicker {
@@ -54,7 +53,6 @@ ColumnLayout {
             Layout.preferredWidth: root.labelWidth
             text: "Mode"
             font.pixelSize: Theme.bodySize
-            font.weight: Font.Medium
             color: Theme.primary
         }
         BlockingSegmentedPicker {

@@ -48,7 +48,6 @@ FocusCard {
                 Text {
                     text: "Locked"
                     font.pixelSize: Theme.smallSize
-                    font.weight: Font.Medium
                     color: Theme.secondary
                 }
             }

@@ -7,6 +7,24 @@ import Brindlet
 FocusCard {
     id: root
 
+    readonly property var controls: ({
+        active: [
+            { text: "Pause", symbol: "pause.fill", action: () => Dashboard.pauseActiveTask() },
+            { text: "Done", symbol: "checkmark", prominent: true,
+              action: () => Dashboard.completeCardTask() },
+            { text: "Skip", action: () => Dashboard.skipActiveTask() }
+        ],
+        paused: [
+            { text: "Resume Focus", symbol: "play.fill", prominent: true,
+              action: () => Dashboard.resumeCardTask() }
+        ],
+        other: [
+            { text: "Start Focus", symbol: "play.fill", prominent: true,
+              action: () => Dashboard.startCardTask() },
+            { text: "Edit", action: () => Dashboard.editTask("") }
+        ]
+    })
+
     objectName: "nextTaskCard"
 
     ColumnLayout {
@@ -40,7 +58,7 @@ FocusCard {
             Layout.fillWidth: true
             text: Dashboard.cardTitle
             wrapMode: Text.Wrap
-            font.pixelSize: 22
+            font.pixelSize: Theme.displaySize
             font.bold: true
             color: Theme.primary
         }
@@ -73,78 +91,50 @@ FocusCard {
             Layout.topMargin: 6
             spacing: 10
 
-            AppButton {
-                visible: Dashboard.cardStatus === "active"
-                large: true
-                text: "Pause"
-                symbol: "pause.fill"
-                onClicked: Dashboard.pauseActiveTask()
-            }
-            AppButton {
-                visible: Dashboard.cardStatus === "active"
-                large: true
-                prominent: true
-                text: "Done"
-                symbol: "checkmark"
-                onClicked: Dashboard.completeCardTask()
-            }
-            AppButton {
-                visible: Dashboard.cardStatus === "active"
-                large: true
-                text: "Skip"
-                onClicked: Dashboard.skipActiveTask()
-            }
-            AppButton {
-                visible: Dashboard.cardStatus === "paused"
-                large: true
-                prominent: true
-                text: "Resume Focus"
-                symbol: "play.fill"
-                onClicked: Dashboard.resumeCardTask()
-            }
-            AppButton {
-                visible: Dashboard.cardStatus === "other"
-                large: true
-                prominent: true
-                text: "Start Focus"
-                symbol: "play.fill"
-                onClicked: Dashboard.startCardTask()
-            }
-            AppButton {
-                visible: Dashboard.cardStatus === "other"
-                large: true
-                text: "Edit"
-                onClicked: Dashboard.editTask("")
+            // Only the controls of the task's state are made; a change of state makes them anew.
+            Repeater {
+                model: root.controls[Dashboard.cardStatus] ?? []
+                delegate: AppButton {
+                    required property var modelData
+                    large: true
+                    prominent: modelData.prominent ?? false
+                    text: modelData.text
+                    symbol: modelData.symbol ?? ""
+                    onClicked: modelData.action()
+                }
             }
         }
     }
 
-    ColumnLayout {
-        objectName: "dayCleared"
+    Loader {
         width: parent.width
-        visible: !Dashboard.hasCardTask
-        spacing: 8
+        active: !Dashboard.hasCardTask
+        visible: active
+        sourceComponent: ColumnLayout {
+            objectName: "dayCleared"
+            spacing: 8
 
-        AppIcon {
-            Layout.alignment: Qt.AlignHCenter
-            Layout.topMargin: 10
-            symbol: "checkmark.circle.fill"
-            size: 34
-            color: Theme.green
-        }
-        Text {
-            Layout.alignment: Qt.AlignHCenter
-            text: "Day cleared"
-            font.pixelSize: Theme.headlineSize + 1
-            font.bold: true
-            color: Theme.primary
-        }
-        Text {
-            Layout.alignment: Qt.AlignHCenter
-            Layout.bottomMargin: 10
-            text: "Add a task or choose another day."
-            font.pixelSize: Theme.bodySize
-            color: Theme.secondary
+            AppIcon {
+                Layout.alignment: Qt.AlignHCenter
+                Layout.topMargin: 10
+                symbol: "checkmark.circle.fill"
+                size: 34
+                color: Theme.green
+            }
+            Text {
+                Layout.alignment: Qt.AlignHCenter
+                text: "Day cleared"
+                font.pixelSize: Theme.headlineSize
+                font.bold: true
+                color: Theme.primary
+            }
+            Text {
+                Layout.alignment: Qt.AlignHCenter
+                Layout.bottomMargin: 10
+                text: "Add a task or choose another day."
+                font.pixelSize: Theme.bodySize
+                color: Theme.secondary
+            }
         }
     }
 }

@@ -9,9 +9,8 @@ ScreenTitle {
     caption: "WEEKLY REVIEW"
     title: "Learn from what you finished"
 
-    AppButton {
+    IconButton {
         objectName: "previousWeek"
-        borderless: true
         symbol: "chevron.left"
         Accessible.name: "Previous week"
         onClicked: ReviewScreen.changeWeek(-1)
@@ -24,12 +23,10 @@ ScreenTitle {
         text: ReviewScreen.weekRangeText
         elide: Text.ElideRight
         font.pixelSize: Theme.bodySize
-        font.weight: Font.Medium
         color: Theme.primary
     }
-    AppButton {
+    IconButton {
         objectName: "nextWeek"
-        borderless: true
         symbol: "chevron.right"
         Accessible.name: "Next week"
         onClicked: ReviewScreen.changeWeek(1)

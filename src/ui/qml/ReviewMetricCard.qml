@@ -21,7 +21,6 @@ FocusCard {
             text: root.title
             elide: Text.ElideRight
             font.pixelSize: Theme.smallSize
-            font.weight: Font.Medium
             color: Theme.secondary
         }
         Text {

@@ -40,7 +40,6 @@ Rectangle {
                 text: root.reason
                 wrapMode: Text.Wrap
                 font.pixelSize: Theme.bodySize
-                font.weight: Font.Medium
                 color: Theme.primary
             }
             Text {

@@ -19,7 +19,7 @@ Rectangle {
 
         Text {
             text: Dashboard.navigationTitle
-            font.pixelSize: 20
+            font.pixelSize: Theme.displaySize
             font.bold: true
             color: Theme.primary
             Layout.leftMargin: 10

@@ -35,27 +35,32 @@ ColumnLayout {
             objectName: "footerCaption"
             text: Dashboard.footerCaption
             font.pixelSize: Theme.smallSize
-            font.weight: Font.Medium
             color: Theme.primary
         }
     }
 
-    Text {
-        visible: Dashboard.footerState === "attention"
+    // The reason and the way to apply protection again, made only while it needs attention.
+    Loader {
         Layout.fillWidth: true
-        Layout.leftMargin: 10
-        Layout.rightMargin: 6
-        text: Dashboard.protectionError
-        wrapMode: Text.Wrap
-        font.pixelSize: Theme.captionSize
-        color: Theme.secondary
-    }
-
-    AppButton {
-        visible: Dashboard.footerState === "attention"
-        Layout.leftMargin: 8
-        text: "Reapply protection"
-        font.pixelSize: Theme.smallSize
-        onClicked: Dashboard.retryProtection()
+        active: Dashboard.footerState === "attention"
+        visible: active
+        sourceComponent: ColumnLayout {
+            spacing: 8
+            Text {
+                Layout.fillWidth: true
+                Layout.leftMargin: 10
+                Layout.rightMargin: 6
+                text: Dashboard.protectionError
+                wrapMode: Text.Wrap
+                font.pixelSize: Theme.captionSize
+                color: Theme.secondary
+            }
+            AppButton {
+                Layout.leftMargin: 8
+                text: "Reapply protection"
+                font.pixelSize: Theme.smallSize
+                onClicked: Dashboard.retryProtection()
+            }
+        }
     }
 }

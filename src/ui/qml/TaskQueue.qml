@@ -45,11 +45,10 @@ ColumnLayout {
             anchors.fill: parent
             anchors.leftMargin: 8
             spacing: 8
-            Text {
-                text: "›"
+            AppIcon {
+                symbol: "chevron.right"
+                size: 12
                 rotation: root.completedOpen ? 90 : 0
-                font.pixelSize: 18
-                color: Theme.secondary
             }
             Text {
                 id: headerText

@@ -67,9 +67,8 @@ Item {
                 Accessible.name: "Drag to reprioritize"
             }
 
-            AppButton {
+            IconButton {
                 objectName: "complete." + root.title
-                borderless: true
                 symbol: root.completed ? "checkmark.circle.fill" : "circle"
                 tint: root.completed ? Theme.green : Theme.secondary
                 enabled: !root.completed
@@ -86,7 +85,6 @@ Item {
                     text: root.title
                     elide: Text.ElideRight
                     font.pixelSize: Theme.bodySize
-                    font.weight: Font.Medium
                     font.strikeout: root.completed
                     color: root.completed ? Theme.secondary : Theme.primary
                 }
@@ -100,15 +98,22 @@ Item {
                         font.pixelSize: Theme.smallSize
                         color: Theme.secondary
                     }
-                    RowLayout {
-                        visible: root.completed
-                        spacing: 4
-                        AppIcon { symbol: "stopwatch.fill"; size: 12 }
-                        Text {
-                            objectName: "rowFocused"
-                            text: root.focusedText
-                            font.pixelSize: Theme.smallSize
-                            color: Theme.secondary
+                    // Only a completed row says how long it was worked on.
+                    Loader {
+                        active: root.completed
+                        sourceComponent: Row {
+                            spacing: 4
+                            AppIcon {
+                                anchors.verticalCenter: parent.verticalCenter
+                                symbol: "stopwatch.fill"
+                                size: 12
+                            }
+                            Text {
+                                objectName: "rowFocused"
+                                text: root.focusedText
+                                font.pixelSize: Theme.smallSize
+                                color: Theme.secondary
+                            }
                         }
                     }
                     AppIcon {
@@ -119,9 +124,8 @@ Item {
                 }
             }
 
-            AppButton {
+            IconButton {
                 objectName: "edit." + root.title
-                borderless: true
                 symbol: "ellipsis"
                 Accessible.name: "Edit " + root.title
                 onClicked: Dashboard.editTask(root.taskId)

@@ -32,10 +32,14 @@ QtObject {
     readonly property int smallSpacing: 6
     readonly property int contentMaxWidth: 840
 
+    // The type scale. Text is in normal weight, DemiBold where it stands out in a run of body
+    // text, and bold in headings: each size and weight is a font the window loads before it
+    // first shows, so the scale stays short.
     readonly property int captionSize: 11
     readonly property int smallSize: 12
     readonly property int bodySize: 14
     readonly property int headlineSize: 17
+    readonly property int displaySize: 20
     readonly property int titleSize: 28
 
     function tint(base: color, opacity: real): color {

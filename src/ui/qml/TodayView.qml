@@ -12,17 +12,21 @@ ScreenPage {
     QuickAdd { Layout.fillWidth: true }
     TaskQueue { Layout.fillWidth: true }
 
-    RowLayout {
-        objectName: "reminderWarning"
-        visible: Dashboard.reminderWarning.length > 0
-        spacing: 8
-        AppIcon { symbol: "bell.slash"; color: Theme.orange }
-        Text {
-            Layout.fillWidth: true
-            text: Dashboard.reminderWarning
-            wrapMode: Text.Wrap
-            color: Theme.orange
-            font.pixelSize: Theme.smallSize
+    Loader {
+        Layout.fillWidth: true
+        active: Dashboard.reminderWarning.length > 0
+        visible: active
+        sourceComponent: RowLayout {
+            objectName: "reminderWarning"
+            spacing: 8
+            AppIcon { symbol: "bell.slash"; color: Theme.orange }
+            Text {
+                Layout.fillWidth: true
+                text: Dashboard.reminderWarning
+                wrapMode: Text.Wrap
+                color: Theme.orange
+                font.pixelSize: Theme.smallSize
+            }
         }
     }
 }

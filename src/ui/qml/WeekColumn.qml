@@ -67,11 +67,10 @@ Rectangle {
                 }
             }
 
-            AppButton {
+            IconButton {
                 objectName: root.info.openName
                 visible: root.isDay
                 Layout.alignment: Qt.AlignTop
-                borderless: true
                 symbol: "arrow.right"
                 Accessible.name: root.info.openName
                 onClicked: WeekScreen.openDay(root.column)

@@ -38,7 +38,7 @@ RowLayout {
                     Layout.alignment: Qt.AlignHCenter
                     text: day.modelData.label
                     font.pixelSize: Theme.bodySize
-                    font.weight: day.modelData.selected ? Font.DemiBold : Font.Medium
+                    font.weight: day.modelData.selected ? Font.DemiBold : Font.Normal
                     color: day.modelData.selected ? Theme.accent : Theme.primary
                 }
                 Text {
