@@ -2,6 +2,7 @@
 
 #include <fontconfig/fontconfig.h>
 
+#include "SymbolIcon.h"
 #include "support/Calendar.h"
 #include "support/Clock.h"
 #include "support/DateText.h"
@@ -25,6 +26,7 @@ std::jthread startStartupWarmUp() {
     // font database finds them loaded when the first text is laid out.
     FcInit();
     readyDateFormats();
+    SymbolIcon::drawBundled();
   });
 }
 

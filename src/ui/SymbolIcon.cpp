@@ -1,24 +1,80 @@
 #include "SymbolIcon.h"
 
+#include <QDir>
 #include <QHash>
 #include <QMutex>
 #include <QPainter>
 #include <QQuickWindow>
 #include <QSvgRenderer>
-#include <memory>
+#include <array>
 
 namespace brindlet::ui {
 namespace {
 
-QImage render(QSvgRenderer& svg, const QColor& color, QSize pixels) {
-  QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
-  image.fill(Qt::transparent);
-  QPainter painter(&image);
-  svg.render(&painter);
-  // The icons are single-colour shapes: their coverage, filled with the wanted colour.
-  painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-  painter.fillRect(image.rect(), color);
-  return image;
+// The sizes in pixels that the screens' icons come in.
+constexpr std::array kUsualSizes{12, 14, 16};
+
+// The icons are single-colour shapes: drawn once in black, their coverage gives every colour.
+class IconCache {
+ public:
+  QImage tinted(const QString& symbol, const QColor& color, QSize pixels) {
+    const QString key = QStringLiteral("%1 %2 %3x%4")
+                            .arg(symbol, color.name(QColor::HexArgb))
+                            .arg(pixels.width())
+                            .arg(pixels.height());
+    const QMutexLocker lock(&mutex_);
+    const auto found = tinted_.constFind(key);
+    if (found != tinted_.constEnd()) return *found;
+    return *tinted_.insert(key, tint(shapeLocked(symbol, pixels), color));
+  }
+
+  bool hasShape(const QString& symbol, QSize pixels) {
+    const QMutexLocker lock(&mutex_);
+    return shapes_.contains(shapeKey(symbol, pixels));
+  }
+
+  void prepare(const QString& symbol, QSize pixels) {
+    const QMutexLocker lock(&mutex_);
+    (void)shapeLocked(symbol, pixels);
+  }
+
+ private:
+  static QImage tint(QImage shape, const QColor& color) {
+    if (shape.isNull()) return shape;
+    QPainter painter(&shape);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(shape.rect(), color);
+    return shape;
+  }
+
+  static QString shapeKey(const QString& symbol, QSize pixels) {
+    return QStringLiteral("%1 %2x%3").arg(symbol).arg(pixels.width()).arg(pixels.height());
+  }
+
+  QImage shapeLocked(const QString& symbol, QSize pixels) {
+    const QString key = shapeKey(symbol, pixels);
+    const auto found = shapes_.constFind(key);
+    if (found != shapes_.constEnd()) return *found;
+    QSvgRenderer svg(QStringLiteral(":/icons/%1.svg").arg(symbol));
+    QImage shape;
+    if (svg.isValid()) {
+      shape = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
+      shape.fill(Qt::transparent);
+      QPainter painter(&shape);
+      svg.render(&painter);
+    }
+    return *shapes_.insert(key, shape);
+  }
+
+  // Painting may happen on a render thread of each window, and drawing ahead on another.
+  QMutex mutex_;
+  QHash<QString, QImage> shapes_;
+  QHash<QString, QImage> tinted_;
+};
+
+IconCache& iconCache() {
+  static IconCache cache;
+  return cache;
 }
 
 }  // namespace
@@ -48,20 +104,18 @@ void SymbolIcon::paint(QPainter* painter) {
 }
 
 QImage SymbolIcon::drawn(const QString& symbol, const QColor& color, QSize pixels) {
-  // Painting may happen on a render thread of each window.
-  static QMutex mutex;
-  static QHash<QString, std::shared_ptr<QSvgRenderer>> symbols;
-  static QHash<QString, QImage> images;
-  const QString key = QStringLiteral("%1 %2 %3x%4")
-                          .arg(symbol, color.name(QColor::HexArgb))
-                          .arg(pixels.width())
-                          .arg(pixels.height());
-  const QMutexLocker lock(&mutex);
-  const auto found = images.constFind(key);
-  if (found != images.constEnd()) return *found;
-  std::shared_ptr<QSvgRenderer>& svg = symbols[symbol];
-  if (!svg) svg = std::make_shared<QSvgRenderer>(QStringLiteral(":/icons/%1.svg").arg(symbol));
-  return *images.insert(key, svg->isValid() ? render(*svg, color, pixels) : QImage());
+  return iconCache().tinted(symbol, color, pixels);
+}
+
+bool SymbolIcon::isDrawn(const QString& symbol, QSize pixels) {
+  return iconCache().hasShape(symbol, pixels);
+}
+
+void SymbolIcon::drawBundled() {
+  const QStringList files = QDir(QStringLiteral(":/icons")).entryList({QStringLiteral("*.svg")});
+  for (const QString& file : files) {
+    for (const int size : kUsualSizes) iconCache().prepare(file.chopped(4), QSize(size, size));
+  }
 }
 
 }  // namespace brindlet::ui

@@ -28,8 +28,15 @@ class SymbolIcon : public QQuickPaintedItem {
   void paint(QPainter* painter) override;
 
   /// The icon for `symbol` in `color`, `pixels` large; a null image for a symbol not bundled.
-  /// Each symbol, colour and size is drawn once and then shared by every icon that shows it.
+  /// Each symbol and size is drawn once, and each colour of it tinted once, then shared by every
+  /// icon that shows it. Safe on any thread.
   [[nodiscard]] static QImage drawn(const QString& symbol, const QColor& color, QSize pixels);
+
+  /// Draws every bundled icon at the sizes the screens use, so that the window's first frame
+  /// finds them drawn. Safe on any thread, and before the application object exists.
+  static void drawBundled();
+  /// Whether `symbol` has been drawn at `pixels` in some colour.
+  [[nodiscard]] static bool isDrawn(const QString& symbol, QSize pixels);
 
  signals:
   void symbolChanged();

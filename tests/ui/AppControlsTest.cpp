@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
+#include <QPainter>
+#include <QSvgRenderer>
 #include <QTest>
+#include <thread>
 
 #include "SymbolIcon.h"
 #include "UiFixture.h"
@@ -106,6 +109,30 @@ TEST(SymbolIconTest, DrawsTheSymbolInTheWantedColourAndNothingForAnUnknownOne) {
   EXPECT_GT(inked, 20);
   EXPECT_TRUE(
       ui::SymbolIcon::drawn(QStringLiteral("no.such.symbol"), Qt::red, QSize(16, 16)).isNull());
+}
+
+QImage alphaOf(const QImage& image) { return image.convertToFormat(QImage::Format_Alpha8); }
+
+TEST(SymbolIconTest, EveryColourOfAnIconHasTheSameShape) {
+  const QImage red = ui::SymbolIcon::drawn(QStringLiteral("bell.fill"), Qt::red, QSize(20, 20));
+  const QImage blue = ui::SymbolIcon::drawn(QStringLiteral("bell.fill"), Qt::blue, QSize(20, 20));
+  EXPECT_EQ(alphaOf(red), alphaOf(blue));
+  EXPECT_NE(red, blue);
+}
+
+TEST(SymbolIconTest, IconsDrawnAheadOnAnotherThreadAreThoseTheSvgGives) {
+  std::thread(&ui::SymbolIcon::drawBundled).join();
+  EXPECT_TRUE(ui::SymbolIcon::isDrawn(QStringLiteral("circle"), QSize(14, 14)));
+
+  QImage expected(QSize(14, 14), QImage::Format_ARGB32_Premultiplied);
+  expected.fill(Qt::transparent);
+  {
+    QPainter painter(&expected);
+    QSvgRenderer(QStringLiteral(":/icons/circle.svg")).render(&painter);
+  }
+  const QImage drawn = ui::SymbolIcon::drawn(QStringLiteral("circle"), Qt::black, QSize(14, 14));
+  EXPECT_EQ(alphaOf(drawn), alphaOf(expected));
+  EXPECT_NE(alphaOf(drawn), alphaOf(QImage(QSize(14, 14), QImage::Format_Alpha8)));
 }
 
 }  // namespace
