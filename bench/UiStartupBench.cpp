@@ -127,14 +127,17 @@ int main(int argc, char* argv[]) {
   std::unique_ptr<ui::Dashboard> dashboard;
   std::unique_ptr<ui::MenuBarItem> menuBar;
   std::shared_ptr<ui::DesktopReminderScheduler> scheduler;
-  QQmlApplicationEngine engine;
+  std::unique_ptr<QQmlApplicationEngine> engine;
 
   if (mode == "bare") {
-    engine.loadData("import QtQuick\nWindow { width: 1040; height: 780; visible: true }");
+    engine = std::make_unique<QQmlApplicationEngine>();
+    engine->loadData("import QtQuick\nWindow { width: 1040; height: 780; visible: true }");
   } else if (mode == "controls") {
-    engine.loadData(kControlsWindow);
+    engine = std::make_unique<QQmlApplicationEngine>();
+    engine->loadData(kControlsWindow);
   } else if (mode == "file" && argc > 2) {
-    engine.load(QString::fromLocal8Bit(argv[2]));
+    engine = std::make_unique<QQmlApplicationEngine>();
+    engine->load(QString::fromLocal8Bit(argv[2]));
   } else {
     const auto clock = std::make_shared<SystemClock>();
     scheduler = std::make_shared<ui::DesktopReminderScheduler>(
@@ -143,8 +146,8 @@ int main(int argc, char* argv[]) {
                                                QStringLiteral("none"));
         }),
         clock);
-    // As the app does: the model is composed and recovered on its own thread while the window
-    // loads.
+    // As the app does: the model is composed and recovered on its own thread while the engine
+    // is made and the window loads.
     host = std::make_unique<ui::ModelHost>([folders, folder, scheduler, clock] {
       return AppModel::compose(AppModel::Composition{
           .folders = folders,
@@ -158,11 +161,13 @@ int main(int argc, char* argv[]) {
     host->setWindowShown(true);
     dashboard = std::make_unique<ui::Dashboard>(*host, clock);
     menuBar = std::make_unique<ui::MenuBarItem>(*host);
-    engine.load(QUrl(QStringLiteral("qrc:/Brindlet/Main.qml")));
+    engine = std::make_unique<QQmlApplicationEngine>();
+    host->deliverPublished();
+    engine->load(QUrl(QStringLiteral("qrc:/Brindlet/Main.qml")));
     host->settle();
   }
-  if (engine.rootObjects().isEmpty()) return 1;
-  auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
+  if (engine->rootObjects().isEmpty()) return 1;
+  auto* window = qobject_cast<QQuickWindow*>(engine->rootObjects().constFirst());
 
   // The first frame is stamped the moment it is out; what follows waits for the event loop.
   // The app's first frame counts only with the plan in it: the rows of today's queue.
@@ -196,7 +201,7 @@ int main(int argc, char* argv[]) {
   });
 
   const int result = QApplication::exec();
-  engine.clearComponentCache();
+  engine->clearComponentCache();
   host.reset();
   std::filesystem::remove_all(folder);
   return result;

@@ -101,8 +101,10 @@ void ModelHost::setHeartbeatInterval(std::chrono::milliseconds interval) {
 void ModelHost::settle() {
   QMetaObject::invokeMethod(
       worker_, [] {}, Qt::BlockingQueuedConnection);
-  QCoreApplication::sendPostedEvents(this);
+  deliverPublished();
 }
+
+void ModelHost::deliverPublished() { QCoreApplication::sendPostedEvents(this); }
 
 void ModelHost::receive(const AppModelState& state, std::uint64_t sequence) {
   state_ = state;

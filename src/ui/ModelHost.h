@@ -53,6 +53,8 @@ class ModelHost : public QObject {
   /// Waits until every job posted so far has run, then delivers what they published. Only for
   /// callers that may block the GUI thread briefly, such as tests and the shutdown path.
   void settle();
+  /// Delivers what the model has published by now, without waiting for anything more.
+  void deliverPublished();
 
   [[nodiscard]] int recoverCount() const { return recoverCount_.load(); }
   [[nodiscard]] int heartbeatCount() const { return heartbeatCount_.load(); }

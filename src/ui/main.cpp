@@ -47,10 +47,13 @@ int main(int argc, char* argv[]) {
   ui::MenuBarItem menuBar(host);
 
   QQmlApplicationEngine engine;
+  // A state the model has published meanwhile is built into the window as it loads, rather than
+  // changing it after.
+  host.deliverPublished();
   engine.load(QUrl(QStringLiteral("qrc:/Brindlet/Main.qml")));
   if (engine.rootObjects().isEmpty()) return 1;
-  // The model was composed and recovered while the window loaded; its state is on show before
-  // the first frame.
+  // Otherwise the model was composed and recovered while the window loaded; either way its state
+  // is on show before the first frame.
   host.settle();
   auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
 
