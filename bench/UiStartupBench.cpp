@@ -18,7 +18,6 @@
 #include <QDBusConnection>
 #include <QElapsedTimer>
 #include <QQmlApplicationEngine>
-#include <QQuickStyle>
 #include <QQuickWindow>
 #include <QTimer>
 #include <cstdio>
@@ -28,6 +27,7 @@
 #include <string>
 #include <thread>
 
+#include "ControlsStyle.h"
 #include "Dashboard.h"
 #include "DesktopReminderScheduler.h"
 #include "MenuBarItem.h"
@@ -121,7 +121,7 @@ int main(int argc, char* argv[]) {
   std::jthread warmUp;
   if (runsApp) warmUp = ui::startStartupWarmUp();
   QApplication app(argc, argv);
-  QQuickStyle::setStyle(QStringLiteral("Basic"));
+  ui::chooseControlsStyle();
 
   std::unique_ptr<ui::ModelHost> host;
   std::unique_ptr<ui::Dashboard> dashboard;

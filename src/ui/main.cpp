@@ -6,11 +6,11 @@
 #include <QDBusConnection>
 #include <QIcon>
 #include <QQmlApplicationEngine>
-#include <QQuickStyle>
 #include <QQuickWindow>
 #include <memory>
 #include <thread>
 
+#include "ControlsStyle.h"
 #include "Dashboard.h"
 #include "DesktopReminderScheduler.h"
 #include "MenuBarItem.h"
@@ -29,7 +29,7 @@ int main(int argc, char* argv[]) {
   QApplication::setApplicationName(QStringLiteral("Brindlet"));
   QApplication::setDesktopFileName(QStringLiteral(BRINDLET_APP_ID));
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/" BRINDLET_APP_ID ".svg")));
-  QQuickStyle::setStyle(QStringLiteral("Basic"));
+  brindlet::ui::chooseControlsStyle();
 
   using namespace brindlet;
   const auto clock = std::make_shared<SystemClock>();

@@ -4,10 +4,12 @@
 
 #include <QImage>
 #include <QPainter>
+#include <QQuickStyle>
 #include <QSvgRenderer>
 #include <QTest>
 #include <thread>
 
+#include "ControlsStyle.h"
 #include "SymbolIcon.h"
 #include "UiFixture.h"
 
@@ -109,6 +111,11 @@ TEST(SymbolIconTest, DrawsTheSymbolInTheWantedColourAndNothingForAnUnknownOne) {
   EXPECT_GT(inked, 20);
   EXPECT_TRUE(
       ui::SymbolIcon::drawn(QStringLiteral("no.such.symbol"), Qt::red, QSize(16, 16)).isNull());
+}
+
+TEST(ControlsStyleTest, TheStockControlsTakeTheBasicStyle) {
+  ui::chooseControlsStyle();
+  EXPECT_EQ(QQuickStyle::name(), "Basic");
 }
 
 QImage alphaOf(const QImage& image) { return image.convertToFormat(QImage::Format_Alpha8); }

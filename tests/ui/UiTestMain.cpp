@@ -6,10 +6,11 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QQuickStyle>
 #include <QStandardPaths>
 #include <cstdlib>
 #include <filesystem>
+
+#include "ControlsStyle.h"
 
 Q_IMPORT_QML_PLUGIN(BrindletPlugin)
 
@@ -49,7 +50,7 @@ int main(int argc, char** argv) {
   setenv("LANG", "en_US.UTF-8", 1);
 
   QApplication app(argc, argv);
-  QQuickStyle::setStyle(QStringLiteral("Basic"));
+  brindlet::ui::chooseControlsStyle();
   const int result = RUN_ALL_TESTS();
   std::filesystem::remove_all(home);
   return result;
