@@ -1,15 +1,14 @@
-// Time to the first frame and resident memory of the main window, against a bare Qt Quick
-// window, and the processor time the app takes while idle with a running task.
+// Time to the first frame and resident memory of the main window, and the processor time the
+// app takes while idle with a running task. scripts/measure-ui sets them against the yardsticks
+// of ui_yardstick_window.
 //
-//   ui_startup_bench bare         a window with nothing in it
-//   ui_startup_bench controls     a window of stock buttons, text and a text field
-//   ui_startup_bench file PATH    any QML file that opens a window, to try a variant
-//   ui_startup_bench app          the main window over a plan of five tasks
-//   ui_startup_bench idle SECONDS the main window with a running task, left alone
+//   ui_startup_bench prepare FOLDER      writes a plan of five tasks for today into FOLDER
+//   ui_startup_bench app FOLDER          the main window over the plan in FOLDER
+//   ui_startup_bench idle FOLDER SECONDS the main window with a running task, left alone
+//   ui_startup_bench file PATH           any QML file that opens a window, to try a variant
 //
-// Each run is one process, so that the memory figures compare; scripts/measure-ui runs all three.
-// The model works in a temporary folder over a hosts file of its own; nothing of the machine's
-// is read or changed.
+// Each run is one process, so that the memory figures compare. The model works in FOLDER over a
+// hosts file of its own there; nothing of the machine's is read or changed.
 
 #include <QtQml/qqmlextensionplugin.h>
 #include <sys/resource.h>
@@ -30,6 +29,7 @@
 #include "ControlsStyle.h"
 #include "Dashboard.h"
 #include "DesktopReminderScheduler.h"
+#include "LaunchClock.h"
 #include "MenuBarItem.h"
 #include "ModelHost.h"
 #include "NotificationSender.h"
@@ -54,32 +54,6 @@ class UnusedRunner : public PrivilegedCommandRunning {
   void refreshDNS() override {}
 };
 
-// A second yardstick: a window of stock controls and text, with none of the app's own parts.
-constexpr const char* kControlsWindow = R"(
-import QtQuick
-import QtQuick.Controls
-import QtQuick.Layouts
-ApplicationWindow {
-    width: 1040; height: 780; visible: true
-    RowLayout {
-        anchors.fill: parent
-        ColumnLayout { Repeater { model: 6; Button { text: "Destination " + index } } }
-        ColumnLayout {
-            Repeater { model: 12; Text { text: "A line of text " + index } }
-            TextField { placeholderText: "Add a task" }
-        }
-    }
-})";
-
-long residentKilobytes() {
-  std::ifstream status("/proc/self/status");
-  std::string line;
-  while (std::getline(status, line)) {
-    if (line.rfind("VmRSS:", 0) == 0) return std::stol(line.substr(6));
-  }
-  return -1;
-}
-
 double cpuSeconds() {
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
@@ -87,11 +61,14 @@ double cpuSeconds() {
          static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
 }
 
-// The plan the app opens: five tasks for today, written before the clock starts, since writing
-// it is the bench's preparation and not the app's start-up.
-PlatformFolders writePlan(const std::filesystem::path& folder) {
-  const PlatformFolders folders{.applicationSupport = folder / "support",
-                                .documents = folder / "documents"};
+PlatformFolders foldersIn(const std::filesystem::path& folder) {
+  return PlatformFolders{.applicationSupport = folder / "support",
+                         .documents = folder / "documents"};
+}
+
+// The plan the app opens: five tasks for today, with a hosts file of its own. Written by a
+// process of its own before the measured one starts, so that the app starts as cold as it would.
+int writePlan(const std::filesystem::path& folder) {
   std::filesystem::create_directories(folder);
   std::ofstream(folder / "hosts") << "127.0.0.1 localhost\n";
   const SystemClock clock;
@@ -101,19 +78,23 @@ PlatformFolders writePlan(const std::filesystem::path& folder) {
     state.tasks.emplace_back("Task " + std::to_string(i + 1), clock.now(),
                              FocusTask::Fields{.plannedDay = today, .estimatedMinutes = 30});
   }
-  LocalStore(folders.stateFile()).save(state);
-  return folders;
+  LocalStore(foldersIn(folder).stateFile()).save(state);
+  return 0;
 }
 
 }  // namespace
 
 int main(int argc, char* argv[]) {
-  const std::string mode = argc > 1 ? argv[1] : "app";
-  const int idleSeconds = mode == "idle" && argc > 2 ? std::stoi(argv[2]) : 60;
-  const bool runsApp = mode == "app" || mode == "idle";
-  const std::filesystem::path folder =
-      std::filesystem::temp_directory_path() / ("brindlet-bench-" + std::to_string(getpid()));
-  const PlatformFolders folders = runsApp ? writePlan(folder) : PlatformFolders{};
+  const std::string mode = argc > 1 ? argv[1] : "";
+  const std::filesystem::path folder = argc > 2 ? argv[2] : "";
+  if (mode == "prepare" && !folder.empty()) return writePlan(folder);
+  if ((mode != "app" && mode != "idle" && mode != "file") || folder.empty()) {
+    std::fprintf(stderr, "usage: ui_startup_bench prepare|app|idle FOLDER [SECONDS] | file PATH\n");
+    return 2;
+  }
+  const int idleSeconds = mode == "idle" && argc > 3 ? std::stoi(argv[3]) : 60;
+  const bool runsApp = mode != "file";
+  const PlatformFolders folders = foldersIn(folder);
 
   QElapsedTimer sinceStart;
   sinceStart.start();
@@ -129,15 +110,9 @@ int main(int argc, char* argv[]) {
   std::shared_ptr<ui::DesktopReminderScheduler> scheduler;
   std::unique_ptr<QQmlApplicationEngine> engine;
 
-  if (mode == "bare") {
+  if (mode == "file") {
     engine = std::make_unique<QQmlApplicationEngine>();
-    engine->loadData("import QtQuick\nWindow { width: 1040; height: 780; visible: true }");
-  } else if (mode == "controls") {
-    engine = std::make_unique<QQmlApplicationEngine>();
-    engine->loadData(kControlsWindow);
-  } else if (mode == "file" && argc > 2) {
-    engine = std::make_unique<QQmlApplicationEngine>();
-    engine->load(QString::fromLocal8Bit(argv[2]));
+    engine->load(QString::fromStdString(folder.string()));
   } else {
     const auto clock = std::make_shared<SystemClock>();
     scheduler = std::make_shared<ui::DesktopReminderScheduler>(
@@ -172,17 +147,20 @@ int main(int argc, char* argv[]) {
   // The first frame is stamped the moment it is out; what follows waits for the event loop.
   // The app's first frame counts only with the plan in it: the rows of today's queue.
   qint64 firstFrame = -1;
+  double sinceLaunch = -1;
   int rowsInFirstFrame = 0;
   QObject::connect(window, &QQuickWindow::frameSwapped, &app, [&] {
     if (firstFrame >= 0) return;
     firstFrame = sinceStart.elapsed();
+    sinceLaunch = bench::millisecondsSinceLaunch();
     if (dashboard) rowsInFirstFrame = dashboard->queue()->rowCount();
     QTimer::singleShot(0, &app, [&] {
       if (mode != "idle") {
         // Memory settles once the first frame is out and pending work is done.
         QTimer::singleShot(500, &app, [&] {
-          std::printf("%s first_frame_ms=%lld rss_kb=%ld queue_rows=%d\n", mode.c_str(),
-                      static_cast<long long>(firstFrame), residentKilobytes(), rowsInFirstFrame);
+          std::printf("%s first_frame_ms=%lld from_launch_ms=%.0f rss_kb=%ld queue_rows=%d\n",
+                      mode.c_str(), static_cast<long long>(firstFrame), sinceLaunch,
+                      bench::residentKilobytes(), rowsInFirstFrame);
           QCoreApplication::quit();
         });
         return;
@@ -203,6 +181,5 @@ int main(int argc, char* argv[]) {
   const int result = QApplication::exec();
   engine->clearComponentCache();
   host.reset();
-  std::filesystem::remove_all(folder);
   return result;
 }
