@@ -49,5 +49,7 @@ function(brindlet_bundle_icons target)
     configure_file(${BRINDLET_ICON_THEME}/${source} ${copy} COPYONLY)
     list(APPEND files ${copy})
   endforeach()
-  qt_add_resources(${target} brindlet_icons PREFIX / BASE ${CMAKE_CURRENT_BINARY_DIR} FILES ${files})
+  # Stored as they are: each is a few kilobytes, and reading one then needs no decompressor.
+  qt_add_resources(${target} brindlet_icons PREFIX / BASE ${CMAKE_CURRENT_BINARY_DIR} FILES ${files}
+    OPTIONS --no-compress)
 endfunction()

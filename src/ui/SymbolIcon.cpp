@@ -7,6 +7,7 @@
 #include <QQuickWindow>
 #include <QSvgRenderer>
 #include <array>
+#include <optional>
 
 namespace brindlet::ui {
 namespace {
@@ -22,21 +23,15 @@ class IconCache {
                             .arg(symbol, color.name(QColor::HexArgb))
                             .arg(pixels.width())
                             .arg(pixels.height());
-    const QMutexLocker lock(&mutex_);
-    const auto found = tinted_.constFind(key);
-    if (found != tinted_.constEnd()) return *found;
-    return *tinted_.insert(key, tint(shapeLocked(symbol, pixels), color));
+    if (const std::optional<QImage> found = lookUp(tinted_, key)) return *found;
+    return insert(tinted_, key, tint(shape(symbol, pixels), color));
   }
 
   bool hasShape(const QString& symbol, QSize pixels) {
-    const QMutexLocker lock(&mutex_);
-    return shapes_.contains(shapeKey(symbol, pixels));
+    return lookUp(shapes_, shapeKey(symbol, pixels)).has_value();
   }
 
-  void prepare(const QString& symbol, QSize pixels) {
-    const QMutexLocker lock(&mutex_);
-    (void)shapeLocked(symbol, pixels);
-  }
+  void prepare(const QString& symbol, QSize pixels) { (void)shape(symbol, pixels); }
 
  private:
   static QImage tint(QImage shape, const QColor& color) {
@@ -51,19 +46,36 @@ class IconCache {
     return QStringLiteral("%1 %2x%3").arg(symbol).arg(pixels.width()).arg(pixels.height());
   }
 
-  QImage shapeLocked(const QString& symbol, QSize pixels) {
+  QImage shape(const QString& symbol, QSize pixels) {
     const QString key = shapeKey(symbol, pixels);
-    const auto found = shapes_.constFind(key);
-    if (found != shapes_.constEnd()) return *found;
+    if (const std::optional<QImage> found = lookUp(shapes_, key)) return *found;
+    return insert(shapes_, key, draw(symbol, pixels));
+  }
+
+  static QImage draw(const QString& symbol, QSize pixels) {
     QSvgRenderer svg(QStringLiteral(":/icons/%1.svg").arg(symbol));
-    QImage shape;
-    if (svg.isValid()) {
-      shape = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
-      shape.fill(Qt::transparent);
-      QPainter painter(&shape);
-      svg.render(&painter);
-    }
-    return *shapes_.insert(key, shape);
+    if (!svg.isValid()) return {};
+    QImage shape(pixels, QImage::Format_ARGB32_Premultiplied);
+    shape.fill(Qt::transparent);
+    QPainter painter(&shape);
+    svg.render(&painter);
+    return shape;
+  }
+
+  // The lock covers only the tables, never a drawing: a paint never waits for the icons being
+  // drawn ahead. Two threads may both draw an icon neither found; the first one kept stays.
+  std::optional<QImage> lookUp(const QHash<QString, QImage>& table, const QString& key) {
+    const QMutexLocker lock(&mutex_);
+    const auto found = table.constFind(key);
+    if (found == table.constEnd()) return std::nullopt;
+    return *found;
+  }
+
+  QImage insert(QHash<QString, QImage>& table, const QString& key, const QImage& image) {
+    const QMutexLocker lock(&mutex_);
+    auto kept = table.find(key);
+    if (kept == table.end()) kept = table.insert(key, image);
+    return *kept;
   }
 
   // Painting may happen on a render thread of each window, and drawing ahead on another.
@@ -112,7 +124,8 @@ bool SymbolIcon::isDrawn(const QString& symbol, QSize pixels) {
 }
 
 void SymbolIcon::drawBundled() {
-  const QStringList files = QDir(QStringLiteral(":/icons")).entryList({QStringLiteral("*.svg")});
+  // Every bundled file is an icon; listing them without a name filter spares compiling one.
+  const QStringList files = QDir(QStringLiteral(":/icons")).entryList(QDir::Files);
   for (const QString& file : files) {
     for (const int size : kUsualSizes) iconCache().prepare(file.chopped(4), QSize(size, size));
   }
