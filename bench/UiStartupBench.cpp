@@ -23,8 +23,8 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <string>
-#include <thread>
 
 #include "ControlsStyle.h"
 #include "Dashboard.h"
@@ -99,9 +99,11 @@ int main(int argc, char* argv[]) {
   QElapsedTimer sinceStart;
   sinceStart.start();
   // As the app does: fonts and date formats are readied beside the start-up.
-  std::jthread warmUp;
-  if (runsApp) warmUp = ui::startStartupWarmUp();
+  std::optional<ui::StartupWarmUp> warmUp;
+  if (runsApp) warmUp.emplace();
   QApplication app(argc, argv);
+  std::optional<ui::StartupWarmUp::IconsAllowed> iconsAllowed;
+  if (warmUp) iconsAllowed.emplace(warmUp->applicationStarted());
   ui::chooseControlsStyle();
 
   std::unique_ptr<ui::ModelHost> host;

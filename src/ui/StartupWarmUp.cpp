@@ -20,14 +20,33 @@ void readyDateFormats() {
 
 }  // namespace
 
-std::jthread startStartupWarmUp() {
-  return std::jthread([] {
-    // Reads the font configuration and the installed fonts' caches once for the process; Qt's
-    // font database finds them loaded when the first text is laid out.
-    FcInit();
-    readyDateFormats();
-    SymbolIcon::drawBundled();
-  });
+StartupWarmUp::StartupWarmUp() : thread_([this](const std::stop_token& stop) { run(stop); }) {}
+
+StartupWarmUp::IconsAllowed StartupWarmUp::applicationStarted() {
+  {
+    const std::scoped_lock lock(mutex_);
+    applicationStarted_ = true;
+  }
+  applicationStartedChanged_.notify_all();
+  return IconsAllowed(*this);
+}
+
+void StartupWarmUp::finish() {
+  thread_.request_stop();
+  if (thread_.joinable()) thread_.join();
+}
+
+void StartupWarmUp::run(const std::stop_token& stop) {
+  // Reads the font configuration and the installed fonts' caches once for the process; Qt's font
+  // database finds them loaded when the first text is laid out.
+  FcInit();
+  readyDateFormats();
+  if (waitForApplication(stop)) SymbolIcon::drawBundled(stop);
+}
+
+bool StartupWarmUp::waitForApplication(const std::stop_token& stop) {
+  std::unique_lock lock(mutex_);
+  return applicationStartedChanged_.wait(lock, stop, [this] { return applicationStarted_; });
 }
 
 }  // namespace brindlet::ui

@@ -123,10 +123,11 @@ bool SymbolIcon::isDrawn(const QString& symbol, QSize pixels) {
   return iconCache().hasShape(symbol, pixels);
 }
 
-void SymbolIcon::drawBundled() {
+void SymbolIcon::drawBundled(const std::stop_token& stop) {
   // Every bundled file is an icon; listing them without a name filter spares compiling one.
   const QStringList files = QDir(QStringLiteral(":/icons")).entryList(QDir::Files);
   for (const QString& file : files) {
+    if (stop.stop_requested()) return;
     for (const int size : kUsualSizes) iconCache().prepare(file.chopped(4), QSize(size, size));
   }
 }

@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QQuickPaintedItem>
 #include <QString>
+#include <stop_token>
 
 namespace brindlet::ui {
 
@@ -33,8 +34,9 @@ class SymbolIcon : public QQuickPaintedItem {
   [[nodiscard]] static QImage drawn(const QString& symbol, const QColor& color, QSize pixels);
 
   /// Draws every bundled icon at the sizes the screens use, so that the window's first frame
-  /// finds them drawn. Safe on any thread, and before the application object exists.
-  static void drawBundled();
+  /// finds them drawn; stops early once `stop` is requested. Safe on any thread once the
+  /// application object exists.
+  static void drawBundled(const std::stop_token& stop = {});
   /// Whether `symbol` has been drawn at `pixels` in some colour.
   [[nodiscard]] static bool isDrawn(const QString& symbol, QSize pixels);
 

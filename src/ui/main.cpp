@@ -8,7 +8,6 @@
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <memory>
-#include <thread>
 
 #include "ControlsStyle.h"
 #include "Dashboard.h"
@@ -24,8 +23,9 @@
 Q_IMPORT_QML_PLUGIN(BrindletPlugin)
 
 int main(int argc, char* argv[]) {
-  const std::jthread warmUp = brindlet::ui::startStartupWarmUp();
+  brindlet::ui::StartupWarmUp warmUp;
   QApplication app(argc, argv);
+  const auto iconsAllowed = warmUp.applicationStarted();
   QApplication::setApplicationName(QStringLiteral("Brindlet"));
   QApplication::setDesktopFileName(QStringLiteral(BRINDLET_APP_ID));
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/" BRINDLET_APP_ID ".svg")));

@@ -128,7 +128,7 @@ TEST(SymbolIconTest, EveryColourOfAnIconHasTheSameShape) {
 }
 
 TEST(SymbolIconTest, IconsDrawnAheadOnAnotherThreadAreThoseTheSvgGives) {
-  std::thread(&ui::SymbolIcon::drawBundled).join();
+  std::thread([] { ui::SymbolIcon::drawBundled(); }).join();
   EXPECT_TRUE(ui::SymbolIcon::isDrawn(QStringLiteral("circle"), QSize(14, 14)));
 
   QImage expected(QSize(14, 14), QImage::Format_ARGB32_Premultiplied);
