@@ -8,6 +8,7 @@
 #include <QSvgRenderer>
 #include <array>
 #include <optional>
+#include <utility>
 
 namespace brindlet::ui {
 namespace {
@@ -36,10 +37,21 @@ class IconCache {
  private:
   static QImage tint(QImage shape, const QColor& color) {
     if (shape.isNull()) return shape;
-    QPainter painter(&shape);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    painter.fillRect(shape.rect(), color);
-    return shape;
+    return paintedOn(std::move(shape), [&color](QPainter& painter, const QRect& area) {
+      painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+      painter.fillRect(area, color);
+    });
+  }
+
+  // An image keeps the paint engine of the first painter on it, with the engine's buffers, for as
+  // long as it lives; the cache keeps a copy painted on by none.
+  template <typename Paint>
+  static QImage paintedOn(QImage image, const Paint& paint) {
+    {
+      QPainter painter(&image);
+      paint(painter, image.rect());
+    }
+    return image.copy();
   }
 
   static QString shapeKey(const QString& symbol, QSize pixels) {
@@ -57,9 +69,8 @@ class IconCache {
     if (!svg.isValid()) return {};
     QImage shape(pixels, QImage::Format_ARGB32_Premultiplied);
     shape.fill(Qt::transparent);
-    QPainter painter(&shape);
-    svg.render(&painter);
-    return shape;
+    return paintedOn(std::move(shape),
+                     [&svg](QPainter& painter, const QRect&) { svg.render(&painter); });
   }
 
   // The lock covers only the tables, never a drawing: a paint never waits for the icons being
