@@ -5,8 +5,11 @@
 #include <QMutex>
 #include <QPainter>
 #include <QQuickWindow>
+#include <QSGSimpleTextureNode>
+#include <QSGTexture>
 #include <QSvgRenderer>
 #include <array>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -95,6 +98,22 @@ class IconCache {
   QHash<QString, QImage> tinted_;
 };
 
+// The node of one icon on screen, owning the texture it shows.
+class IconNode : public QSGSimpleTextureNode {
+ public:
+  void show(QQuickWindow& window, const QImage& image, const QString& key) {
+    if (texture_ != nullptr && key == key_ && image.size() == texture_->textureSize()) return;
+    std::unique_ptr<QSGTexture> texture(window.createTextureFromImage(image));
+    setTexture(texture.get());
+    texture_ = std::move(texture);
+    key_ = key;
+  }
+
+ private:
+  std::unique_ptr<QSGTexture> texture_;
+  QString key_;
+};
+
 IconCache& iconCache() {
   static IconCache cache;
   return cache;
@@ -102,7 +121,7 @@ IconCache& iconCache() {
 
 }  // namespace
 
-SymbolIcon::SymbolIcon(QQuickItem* parent) : QQuickPaintedItem(parent) {}
+SymbolIcon::SymbolIcon(QQuickItem* parent) : QQuickItem(parent) { setFlag(ItemHasContents); }
 
 void SymbolIcon::setSymbol(const QString& symbol) {
   if (symbol == symbol_) return;
@@ -118,12 +137,24 @@ void SymbolIcon::setColor(const QColor& color) {
   emit colorChanged();
 }
 
-void SymbolIcon::paint(QPainter* painter) {
-  if (symbol_.isEmpty() || width() <= 0 || height() <= 0) return;
-  const qreal ratio = window() ? window()->effectiveDevicePixelRatio() : 1.0;
-  const QSize pixels = (size() * ratio).toSize();
-  const QImage image = drawn(symbol_, color_, pixels);
-  if (!image.isNull()) painter->drawImage(boundingRect(), image);
+void SymbolIcon::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {
+  QQuickItem::geometryChange(newGeometry, oldGeometry);
+  if (newGeometry.size() != oldGeometry.size()) update();
+}
+
+QSGNode* SymbolIcon::updatePaintNode(QSGNode* old, UpdatePaintNodeData* /*data*/) {
+  auto* node = static_cast<IconNode*>(old);
+  const QSize pixels = (size() * window()->effectiveDevicePixelRatio()).toSize();
+  const QImage image =
+      symbol_.isEmpty() || pixels.isEmpty() ? QImage() : drawn(symbol_, color_, pixels);
+  if (image.isNull()) {
+    delete node;
+    return nullptr;
+  }
+  if (node == nullptr) node = new IconNode;
+  node->show(*window(), image, symbol_ + color_.name(QColor::HexArgb));
+  node->setRect(boundingRect());
+  return node;
 }
 
 QImage SymbolIcon::drawn(const QString& symbol, const QColor& color, QSize pixels) {

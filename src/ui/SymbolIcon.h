@@ -4,15 +4,16 @@
 
 #include <QColor>
 #include <QImage>
-#include <QQuickPaintedItem>
+#include <QQuickItem>
 #include <QString>
 #include <stop_token>
 
 namespace brindlet::ui {
 
 /// One of the bundled icons, by its symbol name, drawn in a single colour. It stands in for the
-/// stock icon item so that the first screen opens without loading the stock controls.
-class SymbolIcon : public QQuickPaintedItem {
+/// stock icon item so that the first screen opens without loading the stock controls. It shows
+/// the shared drawn image as a texture: no painter, and no image of its own, per icon on screen.
+class SymbolIcon : public QQuickItem {
   Q_OBJECT
   QML_ELEMENT
   Q_PROPERTY(QString symbol READ symbol WRITE setSymbol NOTIFY symbolChanged)
@@ -26,7 +27,7 @@ class SymbolIcon : public QQuickPaintedItem {
   [[nodiscard]] QColor color() const { return color_; }
   void setColor(const QColor& color);
 
-  void paint(QPainter* painter) override;
+  QSGNode* updatePaintNode(QSGNode* old, UpdatePaintNodeData* data) override;
 
   /// The icon for `symbol` in `color`, `pixels` large; a null image for a symbol not bundled.
   /// Each symbol and size is drawn once, and each colour of it tinted once, then shared by every
@@ -43,6 +44,9 @@ class SymbolIcon : public QQuickPaintedItem {
  signals:
   void symbolChanged();
   void colorChanged();
+
+ protected:
+  void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
 
  private:
   QString symbol_;
