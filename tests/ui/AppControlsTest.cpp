@@ -5,8 +5,10 @@
 #include <QImage>
 #include <QPainter>
 #include <QQuickStyle>
+#include <QQuickWindow>
 #include <QSvgRenderer>
 #include <QTest>
+#include <cstdlib>
 #include <thread>
 
 #include "ControlsStyle.h"
@@ -140,6 +142,48 @@ TEST(SymbolIconTest, IconsDrawnAheadOnAnotherThreadAreThoseTheSvgGives) {
   const QImage drawn = ui::SymbolIcon::drawn(QStringLiteral("circle"), Qt::black, QSize(14, 14));
   EXPECT_EQ(alphaOf(drawn), alphaOf(expected));
   EXPECT_NE(alphaOf(drawn), alphaOf(QImage(QSize(14, 14), QImage::Format_Alpha8)));
+}
+
+// How many of the window's pixels are mostly `color`, as the scene graph renders them.
+int pixelsOf(QQuickWindow& window, QColor color) {
+  const QImage shown = window.grabWindow().convertToFormat(QImage::Format_RGB32);
+  int count = 0;
+  for (int y = 0; y < shown.height(); ++y) {
+    for (int x = 0; x < shown.width(); ++x) {
+      const QColor pixel = shown.pixelColor(x, y);
+      const int distance = std::abs(pixel.red() - color.red()) +
+                           std::abs(pixel.green() - color.green()) +
+                           std::abs(pixel.blue() - color.blue());
+      if (distance < 60) ++count;
+    }
+  }
+  return count;
+}
+
+TEST(SymbolIconTest, AnIconOnScreenFollowsItsColourSymbolAndSize) {
+  QQuickWindow window;
+  window.setColor(Qt::white);
+  window.resize(48, 48);
+  auto* icon = new ui::SymbolIcon(window.contentItem());
+  icon->setSize(QSizeF(16, 16));
+  icon->setSymbol(QStringLiteral("bell.fill"));
+  icon->setColor(Qt::red);
+  window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+  const int red = pixelsOf(window, Qt::red);
+  EXPECT_GT(red, 20);
+
+  icon->setColor(Qt::blue);
+  EXPECT_EQ(pixelsOf(window, Qt::red), 0);
+  EXPECT_EQ(pixelsOf(window, Qt::blue), red);
+
+  icon->setSize(QSizeF(32, 32));
+  EXPECT_GT(pixelsOf(window, Qt::blue), 3 * red);
+
+  icon->setSymbol(QString());
+  EXPECT_EQ(pixelsOf(window, Qt::blue), 0);
+  icon->setSymbol(QStringLiteral("no.such.symbol"));
+  EXPECT_EQ(pixelsOf(window, Qt::blue), 0);
 }
 
 }  // namespace
