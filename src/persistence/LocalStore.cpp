@@ -4,6 +4,8 @@
 #include <sys/file.h>
 
 #include <cerrno>
+#include <map>
+#include <mutex>
 
 #include "support/JsonReader.h"
 #include "support/Uuid.h"
@@ -32,6 +34,48 @@ auto unreadableOnFailure(Step&& step) -> decltype(step()) {
 
 void validateTasks(const PersistedState& state) {
   for (const FocusTask& task : state.tasks) task.validate();
+}
+
+PersistedState decode(const FileContents& contents) {
+  const JsonDocument document(contents.bytes);
+  const std::int64_t version = probeSchemaVersion(document);
+  if (version > PersistedState::currentSchemaVersion) {
+    throw LocalStoreError::unsupportedSchema(version);
+  }
+  PersistedState decoded = persistedStateFromJson(document.root());
+  validateTasks(decoded);
+  return decoded;
+}
+
+// The last document decoded from each state file, kept only as long as someone else holds it.
+class DecodedDocuments {
+ public:
+  std::shared_ptr<const PersistedState> find(const fs::path& url, const FileIdentity& identity) {
+    const std::scoped_lock lock(mutex_);
+    const auto found = documents_.find(url);
+    if (found == documents_.end() || found->second.identity != identity) return nullptr;
+    return found->second.state.lock();
+  }
+
+  void keep(const fs::path& url, const FileIdentity& identity,
+            const std::shared_ptr<const PersistedState>& state) {
+    const std::scoped_lock lock(mutex_);
+    documents_.insert_or_assign(url, Decoded{identity, state});
+  }
+
+ private:
+  struct Decoded {
+    FileIdentity identity;
+    std::weak_ptr<const PersistedState> state;
+  };
+
+  std::mutex mutex_;
+  std::map<fs::path, Decoded> documents_;
+};
+
+DecodedDocuments& decodedDocuments() {
+  static DecodedDocuments documents;
+  return documents;
 }
 
 }  // namespace
@@ -92,23 +136,26 @@ fs::path LocalStore::lockPath() const {
 
 fs::path LocalStore::recoveryFolder() const { return folder() / "State Backups"; }
 
-PersistedState LocalStore::load() const { return loadWithIdentity().state; }
+PersistedState LocalStore::load() const { return *loadShared().state; }
 
 LoadedState LocalStore::loadWithIdentity() const {
-  std::optional<FileContents> contents =
-      unreadableOnFailure([&] { return readFileIfExists(url_, *files_); });
-  if (!contents) return {PersistedState::initial(), std::nullopt};
-  PersistedState state = unreadableOnFailure([&] {
-    const JsonDocument document(contents->bytes);
-    const std::int64_t version = probeSchemaVersion(document);
-    if (version > PersistedState::currentSchemaVersion) {
-      throw LocalStoreError::unsupportedSchema(version);
-    }
-    PersistedState decoded = persistedStateFromJson(document.root());
-    validateTasks(decoded);
-    return decoded;
-  });
-  return {std::move(state), contents->identity};
+  SharedLoadedState loaded = loadShared();
+  return {*loaded.state, loaded.identity};
+}
+
+SharedLoadedState LocalStore::loadShared() const {
+  std::optional<OpenedFile> opened =
+      unreadableOnFailure([&] { return openFileIfExists(url_, *files_); });
+  if (!opened) return {std::make_shared<const PersistedState>(PersistedState::initial()), {}};
+  const FileIdentity identity = opened->identity;
+  if (auto known = decodedDocuments().find(url_, identity)) return {std::move(known), identity};
+  const FileContents contents =
+      unreadableOnFailure([&] { return readOpenedFile(std::move(*opened), url_, *files_); });
+  // Not made with make_shared: a weak reference left in the table would keep its memory.
+  std::shared_ptr<const PersistedState> state(
+      new PersistedState(unreadableOnFailure([&] { return decode(contents); })));
+  decodedDocuments().keep(url_, identity, state);
+  return {std::move(state), identity};
 }
 
 void LocalStore::save(const PersistedState& state) const {

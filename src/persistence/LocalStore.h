@@ -57,9 +57,17 @@ struct LoadedState {
   std::optional<FileIdentity> identity;
 };
 
+/// A document shared by every load of the same file version in this process.
+struct SharedLoadedState {
+  std::shared_ptr<const PersistedState> state;
+  std::optional<FileIdentity> identity;
+};
+
 /// Knows the state file: reads it, replaces it safely, keeps a recovery copy of each version it
 /// replaces, and takes the lock that orders writers across threads and processes. A value that
-/// holds no open file and no cache.
+/// holds no open file. The last document decoded from a file is shared, for as long as anyone
+/// holds it, with every later load of the same file version, which then reads nothing: writers
+/// replace the file by renaming a new one over it, so the same version has the same content.
 class LocalStore {
  public:
   explicit LocalStore(std::filesystem::path url,
@@ -78,6 +86,8 @@ class LocalStore {
   [[nodiscard]] PersistedState load() const;
   /// Like load, with the identity of the file version that was read.
   [[nodiscard]] LoadedState loadWithIdentity() const;
+  /// Like loadWithIdentity, without copying a document already decoded from the same version.
+  [[nodiscard]] SharedLoadedState loadShared() const;
   /// Replaces the file, after copying the version it replaces into "State Backups".
   void save(const PersistedState& state) const;
   /// Rewrites a file of an older schema in the current one; runs once, before anything else.

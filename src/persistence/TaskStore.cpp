@@ -5,23 +5,21 @@
 
 namespace brindlet {
 
-TaskStore::TaskStore(LocalStore store) : store_(std::move(store)) {
-  remember(store_.loadWithIdentity());
-}
+TaskStore::TaskStore(LocalStore store) : store_(std::move(store)) { remember(store_.loadShared()); }
 
 TaskStore::TaskStore(LocalStore store, PersistedState recoveryState)
     : store_(std::move(store)),
       state_(std::make_shared<const PersistedState>(std::move(recoveryState))) {}
 
-void TaskStore::remember(LoadedState loaded) {
-  state_ = std::make_shared<const PersistedState>(std::move(loaded.state));
+void TaskStore::remember(SharedLoadedState loaded) {
+  state_ = std::move(loaded.state);
   identity_ = loaded.identity;
 }
 
 TaskStoreSnapshot TaskStore::snapshot() {
   try {
     const std::optional<FileIdentity> current = fileIdentity(store_.url());
-    if (!current || current != identity_) remember(store_.loadWithIdentity());
+    if (!current || current != identity_) remember(store_.loadShared());
   } catch (...) {
     // A file that can't be read leaves the last good document in place; the read runs every
     // second, so the next one tries again.
@@ -37,7 +35,7 @@ void TaskStore::refreshFromFile() {
     // Whatever keeps the file from being looked at also fails the load, which reports it.
   }
   if (current && current == identity_) return;
-  remember(store_.loadWithIdentity());
+  remember(store_.loadShared());
 }
 
 TaskStoreSnapshot TaskStore::transact(std::int64_t expectedRevision, MutationSource source,

@@ -43,7 +43,7 @@ class TaskStore {
                              const Change& change);
 
  private:
-  void remember(LoadedState loaded);
+  void remember(SharedLoadedState loaded);
   // Brings `state_` up to the file, which must be readable; call it only under the lock.
   void refreshFromFile();
 

@@ -25,15 +25,21 @@ FileIdentity identityOf(const struct stat& info) {
           static_cast<std::int64_t>(info.st_mtim.tv_nsec)};
 }
 
-FileContents readOpenFile(const FileDescriptor& file, const fs::path& path,
-                          const FileService& files) {
+OpenedFile openedWithIdentity(FileDescriptor file, const fs::path& path) {
   struct stat info {};
   if (::fstat(file.get(), &info) != 0) failWith(errno, "read " + quotedPath(path));
   if (S_ISDIR(info.st_mode)) failWith(EISDIR, "read " + quotedPath(path));
-  FileContents contents{std::string(), identityOf(info)};
+  return {std::move(file), identityOf(info)};
+}
+
+}  // namespace
+
+FileContents readOpenedFile(OpenedFile opened, const fs::path& path, const FileService& files) {
+  const FileDescriptor& file = opened.file;
+  FileContents contents{std::string(), opened.identity};
   std::string& bytes = contents.bytes;
   std::size_t size = 0;
-  std::size_t capacity = static_cast<std::size_t>(info.st_size) + 1;
+  std::size_t capacity = static_cast<std::size_t>(opened.identity.size) + 1;
   for (;;) {
     bytes.resize(capacity + simdjson::SIMDJSON_PADDING);
     const ssize_t count = files.read(file.get(), bytes.data() + size, capacity - size);
@@ -50,6 +56,8 @@ FileContents readOpenFile(const FileDescriptor& file, const fs::path& path,
   bytes.resize(size);
   return contents;
 }
+
+namespace {
 
 void writeAll(int fd, std::string_view bytes, const fs::path& path, const FileService& files) {
   while (!bytes.empty()) {
@@ -129,19 +137,25 @@ std::optional<FileIdentity> fileIdentity(const fs::path& path) {
   failWith(errno, "look at " + quotedPath(path));
 }
 
-FileContents readWholeFile(const fs::path& path, const FileService& files) {
-  FileDescriptor file(files.open(path.c_str(), O_RDONLY | O_CLOEXEC, 0));
-  if (!file.isOpen()) failWith(errno, "read " + quotedPath(path));
-  return readOpenFile(file, path, files);
-}
-
-std::optional<FileContents> readFileIfExists(const fs::path& path, const FileService& files) {
+std::optional<OpenedFile> openFileIfExists(const fs::path& path, const FileService& files) {
   FileDescriptor file(files.open(path.c_str(), O_RDONLY | O_CLOEXEC, 0));
   if (!file.isOpen()) {
     if (errno == ENOENT) return std::nullopt;
     failWith(errno, "read " + quotedPath(path));
   }
-  return readOpenFile(file, path, files);
+  return openedWithIdentity(std::move(file), path);
+}
+
+FileContents readWholeFile(const fs::path& path, const FileService& files) {
+  std::optional<OpenedFile> opened = openFileIfExists(path, files);
+  if (!opened) failWith(ENOENT, "read " + quotedPath(path));
+  return readOpenedFile(std::move(*opened), path, files);
+}
+
+std::optional<FileContents> readFileIfExists(const fs::path& path, const FileService& files) {
+  std::optional<OpenedFile> opened = openFileIfExists(path, files);
+  if (!opened) return std::nullopt;
+  return readOpenedFile(std::move(*opened), path, files);
 }
 
 void createDirectories(const fs::path& folder, mode_t mode, const FileService& files) {

@@ -61,6 +61,20 @@ struct FileContents {
 /// The identity of the file at `path`, absent when there is none; fails with SystemError.
 [[nodiscard]] std::optional<FileIdentity> fileIdentity(const std::filesystem::path& path);
 
+/// A file opened for reading, with the identity of the version it holds open.
+struct OpenedFile {
+  FileDescriptor file;
+  FileIdentity identity;
+};
+
+/// Opens the file for reading, absent when no file exists at `path`; fails with SystemError,
+/// also when `path` is a folder.
+[[nodiscard]] std::optional<OpenedFile> openFileIfExists(
+    const std::filesystem::path& path, const FileService& files = *FileService::system());
+/// The rest of an opened file, with the same padding as readWholeFile; fails with SystemError.
+[[nodiscard]] FileContents readOpenedFile(OpenedFile opened, const std::filesystem::path& path,
+                                          const FileService& files = *FileService::system());
+
 /// The whole file; fails with SystemError, also when it doesn't exist. The string's capacity
 /// leaves zeroed room behind the bytes so that a JSON parser can read them in place.
 [[nodiscard]] FileContents readWholeFile(const std::filesystem::path& path,

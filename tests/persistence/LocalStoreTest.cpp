@@ -3,8 +3,11 @@
 
 #include <cmath>
 #include <filesystem>
+#include <functional>
+#include <memory>
 
 #include "Builders.h"
+#include "FaultyFileService.h"
 #include "TempDir.h"
 #include "persistence/LocalStore.h"
 
@@ -45,6 +48,78 @@ class LocalStoreTest : public ::testing::Test {
 
   void writeState(std::string_view json) { writeBytes(store.url(), json); }
 };
+
+// A store over the same file whose reads are counted.
+struct CountedStore {
+  std::shared_ptr<testing::FaultyFileService> files =
+      std::make_shared<testing::FaultyFileService>();
+  LocalStore store;
+
+  explicit CountedStore(const fs::path& url) : store(url, files) {}
+  [[nodiscard]] std::size_t readsOf(const std::function<void()>& loads) const {
+    files->resetCounts();
+    loads();
+    return files->calls(testing::FileStep::read);
+  }
+};
+
+PersistedState stateWithATask(std::string title) {
+  PersistedState state = PersistedState::initial();
+  FocusTask task = makeTask();
+  task.title = std::move(title);
+  state.tasks.push_back(task);
+  return state;
+}
+
+TEST_F(LocalStoreTest, LoadingAFileVersionSomeoneStillHoldsReadsNothing) {
+  store.save(stateWithATask("Draft the agenda"));
+  const CountedStore counted(store.url());
+  const SharedLoadedState held = counted.store.loadShared();
+
+  PersistedState again;
+  EXPECT_EQ(counted.readsOf([&] { again = counted.store.load(); }), 0U);
+  EXPECT_EQ(again, *held.state);
+  EXPECT_EQ(counted.store.loadShared().state, held.state);
+  EXPECT_EQ(counted.store.loadWithIdentity().identity, held.identity);
+}
+
+TEST_F(LocalStoreTest, AFileReplacedWhileItsOldVersionIsHeldIsReadAgain) {
+  store.save(stateWithATask("Draft the agenda"));
+  const SharedLoadedState held = store.loadShared();
+  store.save(stateWithATask("Book the dentist"));
+
+  const PersistedState now = store.load();
+  ASSERT_EQ(now.tasks.size(), 1U);
+  EXPECT_EQ(now.tasks.front().title, "Book the dentist");
+  EXPECT_EQ(held.state->tasks.front().title, "Draft the agenda");
+}
+
+TEST_F(LocalStoreTest, AFileRewrittenInPlaceWhileItsOldVersionIsHeldIsReadAgain) {
+  store.save(stateWithATask("Draft the agenda"));
+  const SharedLoadedState held = store.loadShared();
+  writeState(readBytes(store.url())
+                 .replace(readBytes(store.url()).find("Draft the agenda"), 16, "Plan the offsite"));
+
+  EXPECT_EQ(store.load().tasks.front().title, "Plan the offsite");
+}
+
+TEST_F(LocalStoreTest, ADocumentNoOneHoldsAnyMoreIsReadAgain) {
+  store.save(stateWithATask("Draft the agenda"));
+  const CountedStore counted(store.url());
+  (void)counted.store.loadShared();
+
+  EXPECT_GT(counted.readsOf([&] { (void)counted.store.load(); }), 0U);
+}
+
+TEST_F(LocalStoreTest, TwoStateFilesKeepTheirOwnDocuments) {
+  const LocalStore other(dir / "Other" / "state.json");
+  store.save(stateWithATask("Draft the agenda"));
+  other.save(stateWithATask("Plan the offsite"));
+  const SharedLoadedState held = store.loadShared();
+
+  EXPECT_EQ(other.load().tasks.front().title, "Plan the offsite");
+  EXPECT_EQ(held.state->tasks.front().title, "Draft the agenda");
+}
 
 TEST_F(LocalStoreTest, LoadWithNoFileReturnsTheInitialDocumentAndCreatesNothing) {
   EXPECT_EQ(store.load(), PersistedState::initial());
