@@ -169,17 +169,17 @@ void SessionEngine::markAttention(const std::string& failure) {
 }
 
 void SessionEngine::recover(Instant now) {
-  PersistedState state;
+  std::shared_ptr<const PersistedState> state;
   try {
-    state = store_.load();
+    state = store_.loadShared().state;
   } catch (...) {
     // With the file unreadable nothing is known about a session, so none is claimed.
     activeSession_.reset();
     markAttention(currentErrorText());
     return;
   }
-  groups_ = groupsOrSeeded(std::move(state.groups));
-  activeSession_ = std::move(state.activeSession);
+  groups_ = groupsOrSeeded(state->groups);
+  activeSession_ = state->activeSession;
   // Entries left in the hosts file without a stored session aren't looked for: only what the
   // file claims is repaired or ended.
   if (!activeSession_) {
@@ -221,9 +221,9 @@ void SessionEngine::retryProtection() {
 }
 
 void SessionEngine::loadPersistedState() {
-  PersistedState state = store_.load();
-  groups_ = groupsOrSeeded(std::move(state.groups));
-  activeSession_ = std::move(state.activeSession);
+  const std::shared_ptr<const PersistedState> state = store_.loadShared().state;
+  groups_ = groupsOrSeeded(state->groups);
+  activeSession_ = state->activeSession;
   // A stored session hasn't been checked against the hosts file yet.
   protectionStatus_ = activeSession_ ? ProtectionStatus::attentionRequired : ProtectionStatus::off;
 }

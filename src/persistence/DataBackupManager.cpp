@@ -38,7 +38,8 @@ std::string DataBackupError::description() const {
 DataBackupManager::DataBackupManager(LocalStore store, fs::path dailyBackupDirectory)
     : store_(std::move(store)), dailyBackupDirectory_(std::move(dailyBackupDirectory)) {}
 
-PersistedState DataBackupManager::validatedCurrentState(const fs::path& url) const {
+std::shared_ptr<const PersistedState> DataBackupManager::validatedCurrentState(
+    const fs::path& url) const {
   // A missing file fails the read itself; there is no separate test for it.
   const FileContents contents = readWholeFile(url, store_.files());
   const JsonDocument document(contents.bytes);
@@ -48,7 +49,7 @@ PersistedState DataBackupManager::validatedCurrentState(const fs::path& url) con
   if (version != PersistedState::currentSchemaVersion) {
     throw DataBackupError::legacySchema(version);
   }
-  return LocalStore(url, store_.sharedFiles()).load();
+  return LocalStore(url, store_.sharedFiles()).loadShared().state;
 }
 
 fs::path DataBackupManager::createDailyBackup(Instant now, const Calendar& calendar) const {
@@ -74,7 +75,7 @@ void DataBackupManager::exportBackup(const fs::path& destination) const {
 void DataBackupManager::restoreBackup(const fs::path& source) const {
   // The ordinary save copies the file it replaces to the recovery copies first, damaged or
   // not, so the current data survives the restore.
-  store_.save(validatedCurrentState(source));
+  store_.save(*validatedCurrentState(source));
 }
 
 }  // namespace brindlet

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include "persistence/LocalStore.h"
@@ -53,7 +54,8 @@ class DataBackupManager {
   void restoreBackup(const std::filesystem::path& source) const;
 
  private:
-  [[nodiscard]] PersistedState validatedCurrentState(const std::filesystem::path& url) const;
+  [[nodiscard]] std::shared_ptr<const PersistedState> validatedCurrentState(
+      const std::filesystem::path& url) const;
 
   LocalStore store_;
   std::filesystem::path dailyBackupDirectory_;
