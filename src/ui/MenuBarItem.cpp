@@ -3,18 +3,13 @@
 #include <QAction>
 #include <QApplication>
 #include <QIcon>
+#include <QMenu>
 #include <QSystemTrayIcon>
 
 #include "UiTexts.h"
 
 namespace brindlet::ui {
 namespace {
-
-QAction* addLine(QMenu& menu, const QString& text) {
-  QAction* line = menu.addAction(text);
-  line->setEnabled(false);
-  return line;
-}
 
 QIcon iconFor(const QString& symbol) { return QIcon(QStringLiteral(":/icons/%1.svg").arg(symbol)); }
 
@@ -30,7 +25,7 @@ MenuBarItem::~MenuBarItem() = default;
 bool MenuBarItem::show() {
   if (!QSystemTrayIcon::isSystemTrayAvailable()) return false;
   tray_ = std::make_unique<QSystemTrayIcon>(iconFor(iconSymbol_));
-  tray_->setContextMenu(&menu_);
+  tray_->setContextMenu(&menu());
   connect(tray_.get(), &QSystemTrayIcon::activated, this,
           [this](QSystemTrayIcon::ActivationReason reason) {
             if (reason == QSystemTrayIcon::Trigger) emit openRequested();
@@ -40,13 +35,21 @@ bool MenuBarItem::show() {
   return true;
 }
 
+QMenu& MenuBarItem::menu() {
+  if (!menu_) {
+    menu_ = std::make_unique<QMenu>();
+    fill(*menu_);
+  }
+  return *menu_;
+}
+
 QStringList MenuBarItem::entries() const {
   QStringList texts;
-  for (const QAction* action : menu_.actions()) {
-    if (action->isSeparator()) {
+  for (const Entry& entry : entries_) {
+    if (entry.separator) {
       texts << QStringLiteral("---");
     } else {
-      texts << (action->isEnabled() ? QString() : QStringLiteral("·")) + action->text();
+      texts << (entry.choose ? QString() : QStringLiteral("·")) + entry.text;
     }
   }
   return texts;
@@ -62,48 +65,75 @@ void MenuBarItem::rebuild() {
     tray_->setToolTip(labelText_.isEmpty() ? QStringLiteral("Brindlet")
                                            : QStringLiteral("Brindlet  %1").arg(labelText_));
   }
+  entries_ = entriesFor(state);
+  if (menu_) fill(*menu_);
+}
 
-  menu_.clear();
-  connect(menu_.addAction(QStringLiteral("Open Brindlet")), &QAction::triggered, this,
-          &MenuBarItem::openRequested);
-  menu_.addSeparator();
+std::vector<MenuBarItem::Entry> MenuBarItem::entriesFor(const AppModelState& state) {
+  const Entry separator{.separator = true};
+  std::vector<Entry> entries{
+      {.text = QStringLiteral("Open Brindlet"), .choose = [this] { emit openRequested(); }},
+      separator};
 
   if (const std::optional<FocusTask> task = state.activeTask()) {
-    QAction* heading = addLine(menu_, qs(task->title));
-    QFont bold = heading->font();
-    bold.setBold(true);
-    heading->setFont(bold);
-    addLine(menu_, QStringLiteral("%1 focused").arg(qs(state.elapsedText(*task))));
+    entries.push_back({.text = qs(task->title), .heading = true});
+    entries.push_back({.text = QStringLiteral("%1 focused").arg(qs(state.elapsedText(*task)))});
     if (task->status == TaskStatus::active) {
-      connect(menu_.addAction(QStringLiteral("Pause Task")), &QAction::triggered, this,
-              [this] { host_.post([](AppModel& model) { model.pauseActiveTask(); }); });
-      connect(menu_.addAction(QStringLiteral("Complete Task")), &QAction::triggered, this,
-              [this, task = *task] {
-                host_.post([task](AppModel& model) { model.completeTask(task); });
-              });
+      entries.push_back({.text = QStringLiteral("Pause Task"), .choose = [this] {
+                           host_.post([](AppModel& model) { model.pauseActiveTask(); });
+                         }});
+      entries.push_back({.text = QStringLiteral("Complete Task"), .choose = [this, task = *task] {
+                           host_.post([task](AppModel& model) { model.completeTask(task); });
+                         }});
     } else if (task->status == TaskStatus::paused) {
-      connect(menu_.addAction(QStringLiteral("Resume Task")), &QAction::triggered, this,
-              [this, task = *task] {
-                host_.post([task](AppModel& model) { model.resumeTask(task); });
-              });
+      entries.push_back({.text = QStringLiteral("Resume Task"), .choose = [this, task = *task] {
+                           host_.post([task](AppModel& model) { model.resumeTask(task); });
+                         }});
     }
-    menu_.addSeparator();
+    entries.push_back(separator);
   }
 
   if (!state.activeSession) {
-    addLine(menu_, QStringLiteral("Protection Off"));
+    entries.push_back({.text = QStringLiteral("Protection Off")});
   } else {
-    addLine(menu_, QStringLiteral("%1 remaining").arg(qs(state.countdown())));
+    entries.push_back({.text = QStringLiteral("%1 remaining").arg(qs(state.countdown()))});
     const bool flexible = state.activeSession->mode == SessionMode::flexible;
-    addLine(menu_, flexible ? QStringLiteral("Flexible mode") : QStringLiteral("Strict mode"));
+    entries.push_back(
+        {.text = flexible ? QStringLiteral("Flexible mode") : QStringLiteral("Strict mode")});
     if (flexible) {
-      connect(menu_.addAction(QStringLiteral("End Session")), &QAction::triggered, this,
-              [this] { host_.post([](AppModel& model) { model.endFlexible(); }); });
+      entries.push_back({.text = QStringLiteral("End Session"), .choose = [this] {
+                           host_.post([](AppModel& model) { model.endFlexible(); });
+                         }});
     }
   }
-  menu_.addSeparator();
-  connect(menu_.addAction(QStringLiteral("Quit")), &QAction::triggered, qApp,
-          &QCoreApplication::quit, Qt::QueuedConnection);
+  entries.push_back(separator);
+  // Queued, so that the menu has closed before the app starts to end.
+  entries.push_back({.text = QStringLiteral("Quit"), .choose = [] {
+                       QMetaObject::invokeMethod(qApp, &QCoreApplication::quit,
+                                                 Qt::QueuedConnection);
+                     }});
+  return entries;
+}
+
+void MenuBarItem::fill(QMenu& menu) const {
+  menu.clear();
+  for (const Entry& entry : entries_) {
+    if (entry.separator) {
+      menu.addSeparator();
+      continue;
+    }
+    QAction* action = menu.addAction(entry.text);
+    if (entry.choose) {
+      connect(action, &QAction::triggered, action, entry.choose);
+    } else {
+      action->setEnabled(false);
+    }
+    if (entry.heading) {
+      QFont bold = action->font();
+      bold.setBold(true);
+      action->setFont(bold);
+    }
+  }
 }
 
 }  // namespace brindlet::ui

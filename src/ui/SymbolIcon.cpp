@@ -18,6 +18,7 @@ namespace {
 
 // The sizes in pixels that the screens' icons come in.
 constexpr std::array kUsualSizes{12, 14, 16};
+constexpr int kDefaultSize = 16;
 
 // The icons are single-colour shapes: drawn once in black, their coverage gives every colour.
 class IconCache {
@@ -121,7 +122,10 @@ IconCache& iconCache() {
 
 }  // namespace
 
-SymbolIcon::SymbolIcon(QQuickItem* parent) : QQuickItem(parent) { setFlag(ItemHasContents); }
+SymbolIcon::SymbolIcon(QQuickItem* parent) : QQuickItem(parent) {
+  setFlag(ItemHasContents);
+  setIconSize(kDefaultSize);
+}
 
 void SymbolIcon::setSymbol(const QString& symbol) {
   if (symbol == symbol_) return;
@@ -135,6 +139,14 @@ void SymbolIcon::setColor(const QColor& color) {
   color_ = color;
   update();
   emit colorChanged();
+}
+
+void SymbolIcon::setIconSize(int size) {
+  if (size == iconSize_) return;
+  iconSize_ = size;
+  setImplicitSize(size, size);
+  setSize(QSizeF(size, size));
+  emit iconSizeChanged();
 }
 
 void SymbolIcon::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {

@@ -18,6 +18,9 @@ class SymbolIcon : public QQuickItem {
   QML_ELEMENT
   Q_PROPERTY(QString symbol READ symbol WRITE setSymbol NOTIFY symbolChanged)
   Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
+  /// The side of the square icon in logical pixels; it is both the icon's size and its implicit
+  /// size, so that no binding per icon keeps them in step.
+  Q_PROPERTY(int size READ iconSize WRITE setIconSize NOTIFY iconSizeChanged)
 
  public:
   explicit SymbolIcon(QQuickItem* parent = nullptr);
@@ -26,6 +29,8 @@ class SymbolIcon : public QQuickItem {
   void setSymbol(const QString& symbol);
   [[nodiscard]] QColor color() const { return color_; }
   void setColor(const QColor& color);
+  [[nodiscard]] int iconSize() const { return iconSize_; }
+  void setIconSize(int size);
 
   QSGNode* updatePaintNode(QSGNode* old, UpdatePaintNodeData* data) override;
 
@@ -44,6 +49,7 @@ class SymbolIcon : public QQuickItem {
  signals:
   void symbolChanged();
   void colorChanged();
+  void iconSizeChanged();
 
  protected:
   void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
@@ -51,6 +57,7 @@ class SymbolIcon : public QQuickItem {
  private:
   QString symbol_;
   QColor color_{Qt::black};
+  int iconSize_ = 0;
 };
 
 }  // namespace brindlet::ui

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QApplication>
+#include <QMenu>
 
 #include "UiFixture.h"
 #include "app/AppModel.h"
@@ -93,6 +95,30 @@ TEST_F(MenuBarItemTest, WithTheWindowClosedTheMenuTextsStandStill) {
   settle();
   EXPECT_EQ(menuBar->entries(), before);
   EXPECT_EQ(menuBar->labelText(), "00:30");
+}
+
+TEST_F(MenuBarItemTest, WithoutATrayNoMenuIsMadeUntilOneIsAskedFor) {
+  launch({makeTask().titled("Read the brief").plannedOn(kSaturday)});
+  clickButton("Start Focus");
+  EXPECT_TRUE(QApplication::allWidgets().isEmpty());
+
+  EXPECT_EQ(menuBar->menu().actions().size(), menuBar->entries().size());
+  EXPECT_FALSE(QApplication::allWidgets().isEmpty());
+}
+
+TEST_F(MenuBarItemTest, AMenuMadeLateReadsAsTheModelStandsAndFollowsIt) {
+  launch({makeTask().titled("Read the brief").plannedOn(kSaturday)});
+  clickButton("Start Focus");
+  QStringList texts;
+  for (const QAction* action : menuBar->menu().actions()) texts << action->text();
+  EXPECT_TRUE(texts.contains("Pause Task"));
+
+  trigger(*menuBar, "Pause Task");
+  settle();
+  texts.clear();
+  for (const QAction* action : menuBar->menu().actions()) texts << action->text();
+  EXPECT_TRUE(texts.contains("Resume Task"));
+  EXPECT_FALSE(texts.contains("Pause Task"));
 }
 
 TEST_F(MenuBarItemTest, OpenBrindletAsksForTheWindow) {

@@ -1,13 +1,8 @@
 import QtQuick
 import Brindlet
 
-// One of the bundled icons by its symbol name, tinted in one colour.
+// One of the bundled icons by its symbol name, tinted in one colour, 16 pixels square unless
+// given a size.
 SymbolIcon {
-    property int size: 16
-
-    implicitWidth: size
-    implicitHeight: size
-    width: size
-    height: size
     color: Theme.secondary
 }
