@@ -1,6 +1,8 @@
 # The one table of icons: each symbol name that the screens use, and the Adwaita icon (from the
 # Debian package adwaita-icon-theme, LGPL-3 or CC-BY-SA-3) that stands for it. The icons are
-# copied into the build and bundled as resources under ":/icons/{symbol}.svg".
+# copied into the build and bundled as resources under ":/icons/{symbol}.svg", and beside each
+# one its shape drawn ahead at the sides in pixels that the screens use, at one and two device
+# pixels per point, as ":/icons/masks/{side}/{symbol}".
 set(BRINDLET_ICON_THEME /usr/share/icons/Adwaita/scalable)
 set(BRINDLET_ICONS
   "sun.max.fill=status/weather-clear-symbolic.svg"
@@ -39,17 +41,33 @@ set(BRINDLET_ICONS
   "square.and.arrow.down=actions/document-open-symbolic.svg"
 )
 
+set(BRINDLET_ICON_SIDES 12 13 14 15 16 18 24 26 28 30 32 36)
+
+# Draws the shapes ahead with the app's own drawing code.
+qt_add_executable(brindlet_icon_masks tools/IconMasks.cpp IconShape.cpp IconShape.h)
+target_include_directories(brindlet_icon_masks PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+target_link_libraries(brindlet_icon_masks PRIVATE Qt6::Gui Qt6::Svg)
+
 function(brindlet_bundle_icons target)
-  set(files)
+  set(svgs)
+  set(masks)
   foreach(entry IN LISTS BRINDLET_ICONS)
     string(REPLACE "=" ";" pair "${entry}")
     list(GET pair 0 symbol)
     list(GET pair 1 source)
     set(copy ${CMAKE_CURRENT_BINARY_DIR}/icons/${symbol}.svg)
     configure_file(${BRINDLET_ICON_THEME}/${source} ${copy} COPYONLY)
-    list(APPEND files ${copy})
+    list(APPEND svgs ${copy})
+    foreach(side IN LISTS BRINDLET_ICON_SIDES)
+      list(APPEND masks ${CMAKE_CURRENT_BINARY_DIR}/icons/masks/${side}/${symbol})
+    endforeach()
   endforeach()
+  add_custom_command(OUTPUT ${masks}
+    COMMAND brindlet_icon_masks ${CMAKE_CURRENT_BINARY_DIR}/icons ${BRINDLET_ICON_SIDES} -- ${svgs}
+    DEPENDS brindlet_icon_masks ${svgs}
+    COMMENT "Drawing the bundled icons ahead"
+    VERBATIM)
   # Stored as they are: each is a few kilobytes, and reading one then needs no decompressor.
-  qt_add_resources(${target} brindlet_icons PREFIX / BASE ${CMAKE_CURRENT_BINARY_DIR} FILES ${files}
-    OPTIONS --no-compress)
+  qt_add_resources(${target} brindlet_icons PREFIX / BASE ${CMAKE_CURRENT_BINARY_DIR}
+    FILES ${svgs} ${masks} OPTIONS --no-compress)
 endfunction()

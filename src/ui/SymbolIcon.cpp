@@ -7,11 +7,12 @@
 #include <QQuickWindow>
 #include <QSGSimpleTextureNode>
 #include <QSGTexture>
-#include <QSvgRenderer>
 #include <array>
 #include <memory>
 #include <optional>
 #include <utility>
+
+#include "IconShape.h"
 
 namespace brindlet::ui {
 namespace {
@@ -69,12 +70,9 @@ class IconCache {
   }
 
   static QImage draw(const QString& symbol, QSize pixels) {
-    QSvgRenderer svg(QStringLiteral(":/icons/%1.svg").arg(symbol));
-    if (!svg.isValid()) return {};
-    QImage shape(pixels, QImage::Format_ARGB32_Premultiplied);
-    shape.fill(Qt::transparent);
-    return paintedOn(std::move(shape),
-                     [&svg](QPainter& painter, const QRect&) { svg.render(&painter); });
+    // Reading a shape drawn ahead is a copy, where drawing it means parsing the SVG.
+    if (const QImage shape = preparedIconShape(symbol, pixels); !shape.isNull()) return shape;
+    return drawIconShape(QStringLiteral(":/icons/%1.svg").arg(symbol), pixels);
   }
 
   // The lock covers only the tables, never a drawing: a paint never waits for the icons being

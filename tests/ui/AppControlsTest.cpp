@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QImage>
 #include <QPainter>
 #include <QQuickStyle>
@@ -12,6 +13,7 @@
 #include <thread>
 
 #include "ControlsStyle.h"
+#include "IconShape.h"
 #include "SymbolIcon.h"
 #include "UiFixture.h"
 
@@ -142,6 +144,43 @@ TEST(SymbolIconTest, IconsDrawnAheadOnAnotherThreadAreThoseTheSvgGives) {
   const QImage drawn = ui::SymbolIcon::drawn(QStringLiteral("circle"), Qt::black, QSize(14, 14));
   EXPECT_EQ(alphaOf(drawn), alphaOf(expected));
   EXPECT_NE(alphaOf(drawn), alphaOf(QImage(QSize(14, 14), QImage::Format_Alpha8)));
+}
+
+QImage drawnFromSvg(const QString& symbol, QSize pixels) {
+  QImage shape(pixels, QImage::Format_ARGB32_Premultiplied);
+  shape.fill(Qt::transparent);
+  {
+    QPainter painter(&shape);
+    QSvgRenderer(QStringLiteral(":/icons/%1.svg").arg(symbol)).render(&painter);
+  }
+  return shape;
+}
+
+TEST(SymbolIconTest, EveryIconDrawnAheadByTheBuildIsTheShapeItsSvgGives) {
+  const QStringList svgs = QDir(QStringLiteral(":/icons")).entryList(QDir::Files);
+  ASSERT_GT(svgs.size(), 30);
+  for (const QString& svg : svgs) {
+    const QString symbol = svg.chopped(4);
+    for (const int side : {12, 13, 14, 15, 16, 18, 24, 26, 28, 30, 32, 36}) {
+      SCOPED_TRACE((symbol + QStringLiteral(" at %1").arg(side)).toStdString());
+      const QImage prepared = ui::preparedIconShape(symbol, QSize(side, side));
+      ASSERT_FALSE(prepared.isNull());
+      EXPECT_EQ(alphaOf(prepared), alphaOf(drawnFromSvg(symbol, QSize(side, side))));
+    }
+  }
+}
+
+TEST(SymbolIconTest, ASizeTheBuildDidNotDrawIsDrawnFromTheSvg) {
+  const QSize odd(34, 34);
+  ASSERT_TRUE(ui::preparedIconShape(QStringLiteral("bell.fill"), odd).isNull());
+  const QImage drawn = ui::SymbolIcon::drawn(QStringLiteral("bell.fill"), Qt::black, odd);
+  EXPECT_EQ(alphaOf(drawn), alphaOf(drawnFromSvg(QStringLiteral("bell.fill"), odd)));
+  EXPECT_NE(alphaOf(drawn), alphaOf(QImage(odd, QImage::Format_Alpha8)));
+}
+
+TEST(SymbolIconTest, NoShapeIsDrawnAheadForAnUnknownSymbolOrAnOblongSize) {
+  EXPECT_TRUE(ui::preparedIconShape(QStringLiteral("no.such.symbol"), QSize(14, 14)).isNull());
+  EXPECT_TRUE(ui::preparedIconShape(QStringLiteral("bell.fill"), QSize(14, 16)).isNull());
 }
 
 // How many of the window's pixels are mostly `color`, as the scene graph renders them.
