@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Brindlet
 
 // The main window: the sidebar, the screen of the chosen destination, the alert and the editor.
@@ -17,32 +16,31 @@ Window {
     // The model's start-up pass and heartbeat run while this window is on screen.
     onVisibleChanged: Dashboard.setWindowShown(visible)
 
-    RowLayout {
-        anchors.fill: parent
-        spacing: 0
+    Sidebar {
+        id: sidebar
+        objectName: "sidebar"
+        width: 232
+        height: parent.height
+    }
 
-        Sidebar {
-            objectName: "sidebar"
-            Layout.fillHeight: true
-            Layout.preferredWidth: 232
-        }
+    Rectangle {
+        id: divider
+        anchors.left: sidebar.right
+        width: 1
+        height: parent.height
+        color: Theme.cardOutline
+    }
 
-        Rectangle {
-            Layout.fillHeight: true
-            implicitWidth: 1
-            color: Theme.cardOutline
-        }
-
-        Loader {
-            id: detail
-            objectName: "detail"
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-            // In the order of the sidebar; a cleared selection shows Today. Each screen is read
-            // the first time it is chosen, so that starting up reads only the one on show.
-            source: ["TodayView.qml", "WeekView.qml", "ReviewView.qml", "BlockingDashboardView.qml",
-                     "PairedDevicesView.qml", "DataSafetyView.qml"][Math.max(0, Dashboard.destination)]
-        }
+    Loader {
+        id: detail
+        objectName: "detail"
+        anchors.left: divider.right
+        anchors.right: parent.right
+        height: parent.height
+        // In the order of the sidebar; a cleared selection shows Today. Each screen is read
+        // the first time it is chosen, so that starting up reads only the one on show.
+        source: ["TodayView.qml", "WeekView.qml", "ReviewView.qml", "BlockingDashboardView.qml",
+                 "PairedDevicesView.qml", "DataSafetyView.qml"][Math.max(0, Dashboard.destination)]
     }
 
     // Made when the first error arrives, then kept: most sessions never need it.

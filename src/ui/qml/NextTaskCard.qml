@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Brindlet
 
 // The one task to work on now, with the focus controls that fit its state; or, with nothing to
@@ -27,35 +26,47 @@ FocusCard {
 
     objectName: "nextTaskCard"
 
-    ColumnLayout {
+    Column {
         width: parent.width
         spacing: 10
         visible: Dashboard.hasCardTask
 
-        RowLayout {
-            Layout.fillWidth: true
-            spacing: 7
-            AppIcon {
-                objectName: "cardIcon"
-                symbol: Dashboard.cardSymbol
-                color: Theme.accent
-                size: 14
+        Item {
+            width: parent.width
+            implicitHeight: Math.max(label.implicitHeight, badge.implicitHeight)
+
+            Row {
+                id: label
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: 7
+                AppIcon {
+                    objectName: "cardIcon"
+                    anchors.verticalCenter: parent.verticalCenter
+                    symbol: Dashboard.cardSymbol
+                    color: Theme.accent
+                    size: 14
+                }
+                Text {
+                    objectName: "cardLabel"
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: Dashboard.cardLabel
+                    font.pixelSize: Theme.captionSize
+                    font.bold: true
+                    font.letterSpacing: 1.1
+                    color: Theme.accent
+                }
             }
-            Text {
-                objectName: "cardLabel"
-                text: Dashboard.cardLabel
-                font.pixelSize: Theme.captionSize
-                font.bold: true
-                font.letterSpacing: 1.1
-                color: Theme.accent
+            PriorityBadge {
+                id: badge
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                priority: Dashboard.cardPriority
             }
-            Item { Layout.fillWidth: true }
-            PriorityBadge { priority: Dashboard.cardPriority }
         }
 
         Text {
             objectName: "cardTitle"
-            Layout.fillWidth: true
+            width: parent.width
             text: Dashboard.cardTitle
             wrapMode: Text.Wrap
             font.pixelSize: Theme.displaySize
@@ -63,23 +74,25 @@ FocusCard {
             color: Theme.primary
         }
 
-        RowLayout {
+        Row {
             spacing: 18
-            RowLayout {
+            Row {
                 spacing: 6
-                AppIcon { symbol: "clock"; size: 14 }
+                AppIcon { anchors.verticalCenter: parent.verticalCenter; symbol: "clock"; size: 14 }
                 Text {
+                    anchors.verticalCenter: parent.verticalCenter
                     text: Dashboard.cardEstimateText
                     font.pixelSize: Theme.bodySize
                     color: Theme.secondary
                 }
             }
-            RowLayout {
+            Row {
                 visible: Dashboard.cardElapsedText.length > 0
                 spacing: 6
-                AppIcon { symbol: "stopwatch"; size: 14 }
+                AppIcon { anchors.verticalCenter: parent.verticalCenter; symbol: "stopwatch"; size: 14 }
                 Text {
                     objectName: "cardElapsed"
+                    anchors.verticalCenter: parent.verticalCenter
                     text: Dashboard.cardElapsedText
                     font.pixelSize: Theme.bodySize
                     color: Theme.secondary
@@ -87,8 +100,8 @@ FocusCard {
             }
         }
 
-        RowLayout {
-            Layout.topMargin: 6
+        Row {
+            topPadding: 6
             spacing: 10
 
             // Only the controls of the task's state are made; a change of state makes them anew.
@@ -110,27 +123,27 @@ FocusCard {
         width: parent.width
         active: !Dashboard.hasCardTask
         visible: active
-        sourceComponent: ColumnLayout {
+        sourceComponent: Column {
             objectName: "dayCleared"
+            topPadding: 10
+            bottomPadding: 10
             spacing: 8
 
             AppIcon {
-                Layout.alignment: Qt.AlignHCenter
-                Layout.topMargin: 10
+                anchors.horizontalCenter: parent.horizontalCenter
                 symbol: "checkmark.circle.fill"
                 size: 34
                 color: Theme.green
             }
             Text {
-                Layout.alignment: Qt.AlignHCenter
+                anchors.horizontalCenter: parent.horizontalCenter
                 text: "Day cleared"
                 font.pixelSize: Theme.headlineSize
                 font.bold: true
                 color: Theme.primary
             }
             Text {
-                Layout.alignment: Qt.AlignHCenter
-                Layout.bottomMargin: 10
+                anchors.horizontalCenter: parent.horizontalCenter
                 text: "Add a task or choose another day."
                 font.pixelSize: Theme.bodySize
                 color: Theme.secondary

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Brindlet
 
 // The navigation column: the title, the six destinations and the protection footer pinned to
@@ -9,11 +8,12 @@ Rectangle {
 
     color: Theme.sidebar
 
-    ColumnLayout {
-        anchors.fill: parent
+    Column {
+        anchors.top: parent.top
         anchors.topMargin: 22
-        anchors.bottomMargin: 16
+        anchors.left: parent.left
         anchors.leftMargin: 12
+        anchors.right: parent.right
         anchors.rightMargin: 12
         spacing: 4
 
@@ -22,8 +22,8 @@ Rectangle {
             font.pixelSize: Theme.displaySize
             font.bold: true
             color: Theme.primary
-            Layout.leftMargin: 10
-            Layout.bottomMargin: 14
+            leftPadding: 10
+            bottomPadding: 14
         }
 
         Repeater {
@@ -36,8 +36,8 @@ Rectangle {
                 readonly property bool selected: Dashboard.destination === index
 
                 objectName: "destination." + modelData
-                Layout.fillWidth: true
-                implicitHeight: 36
+                width: parent.width
+                height: 36
                 radius: Theme.controlRadius
                 color: selected ? Theme.tint(Theme.accent, 0.16)
                                 : (hover.hovered ? Theme.tint(Theme.primary, 0.05) : "transparent")
@@ -45,21 +45,23 @@ Rectangle {
                 Accessible.name: modelData
                 Accessible.selected: selected
 
-                RowLayout {
-                    anchors.fill: parent
+                AppIcon {
+                    id: icon
+                    anchors.left: parent.left
                     anchors.leftMargin: 10
-                    spacing: 10
-                    AppIcon {
-                        symbol: Dashboard.destinationSymbols[row.index]
-                        color: row.selected ? Theme.accent : Theme.secondary
-                    }
-                    Text {
-                        text: row.modelData
-                        Layout.fillWidth: true
-                        font.pixelSize: Theme.bodySize
-                        font.weight: row.selected ? Font.DemiBold : Font.Normal
-                        color: row.selected ? Theme.accent : Theme.primary
-                    }
+                    anchors.verticalCenter: parent.verticalCenter
+                    symbol: Dashboard.destinationSymbols[row.index]
+                    color: row.selected ? Theme.accent : Theme.secondary
+                }
+                Text {
+                    anchors.left: icon.right
+                    anchors.leftMargin: 10
+                    anchors.right: parent.right
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: row.modelData
+                    font.pixelSize: Theme.bodySize
+                    font.weight: row.selected ? Font.DemiBold : Font.Normal
+                    color: row.selected ? Theme.accent : Theme.primary
                 }
 
                 HoverHandler { id: hover }
@@ -73,9 +75,14 @@ Rectangle {
                 }
             }
         }
+    }
 
-        Item { Layout.fillHeight: true }
-
-        SidebarFooter { Layout.fillWidth: true }
+    SidebarFooter {
+        anchors.left: parent.left
+        anchors.leftMargin: 12
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 16
     }
 }

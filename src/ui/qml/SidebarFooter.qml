@@ -1,10 +1,9 @@
 import QtQuick
-import QtQuick.Layouts
 import Brindlet
 
 // How website protection stands: a dot and a caption, and when protection needs attention the
 // reason and a way to apply it again.
-ColumnLayout {
+Column {
     id: root
 
     readonly property color dotColor: Dashboard.footerState === "attention" ? Theme.orange
@@ -14,25 +13,31 @@ ColumnLayout {
     objectName: "sidebarFooter"
     spacing: 8
 
-    Rectangle {
-        Layout.fillWidth: true
-        Layout.bottomMargin: 4
-        implicitHeight: 1
-        color: Theme.cardOutline
+    // The rule above, set a little further from the caption than the caption from the rest.
+    Item {
+        width: root.width
+        height: 5
+        Rectangle {
+            width: parent.width
+            height: 1
+            color: Theme.cardOutline
+        }
     }
 
-    RowLayout {
-        Layout.leftMargin: 10
+    Row {
+        leftPadding: 10
         spacing: 8
         Rectangle {
             objectName: "footerDot"
-            implicitWidth: 9
-            implicitHeight: 9
+            anchors.verticalCenter: parent.verticalCenter
+            width: 9
+            height: 9
             radius: 4.5
             color: root.dotColor
         }
         Text {
             objectName: "footerCaption"
+            anchors.verticalCenter: parent.verticalCenter
             text: Dashboard.footerCaption
             font.pixelSize: Theme.smallSize
             color: Theme.primary
@@ -41,22 +46,21 @@ ColumnLayout {
 
     // The reason and the way to apply protection again, made only while it needs attention.
     Loader {
-        Layout.fillWidth: true
+        width: root.width
         active: Dashboard.footerState === "attention"
         visible: active
-        sourceComponent: ColumnLayout {
+        sourceComponent: Column {
             spacing: 8
             Text {
-                Layout.fillWidth: true
-                Layout.leftMargin: 10
-                Layout.rightMargin: 6
+                x: 10
+                width: parent.width - 16
                 text: Dashboard.protectionError
                 wrapMode: Text.Wrap
                 font.pixelSize: Theme.captionSize
                 color: Theme.secondary
             }
             AppButton {
-                Layout.leftMargin: 8
+                x: 8
                 text: "Reapply protection"
                 font.pixelSize: Theme.smallSize
                 onClicked: Dashboard.retryProtection()

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Brindlet
 
 // One task of the queue. A reorderable row drags as a whole, carrying the task's id as plain
@@ -53,13 +52,15 @@ Item {
             }
         }
 
-        RowLayout {
-            anchors.fill: parent
+        Row {
+            id: lead
+            anchors.left: parent.left
             anchors.leftMargin: 12
-            anchors.rightMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
             spacing: 10
 
             AppIcon {
+                anchors.verticalCenter: parent.verticalCenter
                 visible: root.reorderable
                 symbol: "line.3.horizontal"
                 color: Theme.faint
@@ -69,67 +70,83 @@ Item {
 
             IconButton {
                 objectName: "complete." + root.title
+                anchors.verticalCenter: parent.verticalCenter
                 symbol: root.completed ? "checkmark.circle.fill" : "circle"
                 tint: root.completed ? Theme.green : Theme.secondary
                 enabled: !root.completed
                 Accessible.name: "Mark " + root.title + " done"
                 onClicked: Dashboard.completeTask(root.taskId)
             }
+        }
 
-            ColumnLayout {
-                Layout.fillWidth: true
-                spacing: 3
-                Text {
-                    objectName: "rowTitle"
-                    Layout.fillWidth: true
-                    text: root.title
-                    elide: Text.ElideRight
-                    font.pixelSize: Theme.bodySize
-                    font.strikeout: root.completed
-                    color: root.completed ? Theme.secondary : Theme.primary
+        Column {
+            anchors.left: lead.right
+            anchors.leftMargin: 10
+            anchors.right: edit.left
+            anchors.rightMargin: 10
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 3
+
+            Text {
+                objectName: "rowTitle"
+                width: parent.width
+                text: root.title
+                elide: Text.ElideRight
+                font.pixelSize: Theme.bodySize
+                font.strikeout: root.completed
+                color: root.completed ? Theme.secondary : Theme.primary
+            }
+            Row {
+                spacing: 8
+                PriorityBadge {
+                    anchors.verticalCenter: parent.verticalCenter
+                    priority: root.priority
                 }
-                RowLayout {
-                    spacing: 8
-                    PriorityBadge { priority: root.priority }
-                    Text {
-                        objectName: "rowEstimate"
-                        visible: root.estimateText.length > 0
-                        text: root.estimateText
-                        font.pixelSize: Theme.smallSize
-                        color: Theme.secondary
-                    }
-                    // Only a completed row says how long it was worked on.
-                    Loader {
-                        active: root.completed
-                        sourceComponent: Row {
-                            spacing: 4
-                            AppIcon {
-                                anchors.verticalCenter: parent.verticalCenter
-                                symbol: "stopwatch.fill"
-                                size: 12
-                            }
-                            Text {
-                                objectName: "rowFocused"
-                                text: root.focusedText
-                                font.pixelSize: Theme.smallSize
-                                color: Theme.secondary
-                            }
+                Text {
+                    objectName: "rowEstimate"
+                    anchors.verticalCenter: parent.verticalCenter
+                    visible: root.estimateText.length > 0
+                    text: root.estimateText
+                    font.pixelSize: Theme.smallSize
+                    color: Theme.secondary
+                }
+                // Only a completed row says how long it was worked on.
+                Loader {
+                    anchors.verticalCenter: parent.verticalCenter
+                    active: root.completed
+                    sourceComponent: Row {
+                        spacing: 4
+                        AppIcon {
+                            anchors.verticalCenter: parent.verticalCenter
+                            symbol: "stopwatch.fill"
+                            size: 12
+                        }
+                        Text {
+                            objectName: "rowFocused"
+                            text: root.focusedText
+                            font.pixelSize: Theme.smallSize
+                            color: Theme.secondary
                         }
                     }
-                    AppIcon {
-                        visible: root.hasReminder
-                        symbol: "bell.fill"
-                        size: 12
-                    }
+                }
+                AppIcon {
+                    anchors.verticalCenter: parent.verticalCenter
+                    visible: root.hasReminder
+                    symbol: "bell.fill"
+                    size: 12
                 }
             }
+        }
 
-            IconButton {
-                objectName: "edit." + root.title
-                symbol: "ellipsis"
-                Accessible.name: "Edit " + root.title
-                onClicked: Dashboard.editTask(root.taskId)
-            }
+        IconButton {
+            id: edit
+            objectName: "edit." + root.title
+            anchors.right: parent.right
+            anchors.rightMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            symbol: "ellipsis"
+            Accessible.name: "Edit " + root.title
+            onClicked: Dashboard.editTask(root.taskId)
         }
     }
 

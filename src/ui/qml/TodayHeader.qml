@@ -1,14 +1,14 @@
 import QtQuick
-import QtQuick.Layouts
 import Brindlet
 
 // The day's name and how much it holds.
-RowLayout {
+Item {
     id: root
 
-    spacing: Theme.spacing
+    implicitHeight: names.implicitHeight
 
-    ColumnLayout {
+    Column {
+        id: names
         spacing: 2
         Text {
             text: "TODAY"
@@ -26,12 +26,11 @@ RowLayout {
         }
     }
 
-    Item { Layout.fillWidth: true }
-
     Text {
         objectName: "workload"
-        Layout.alignment: Qt.AlignBottom
-        Layout.bottomMargin: 6
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 6
         text: Dashboard.workloadText
         font.pixelSize: Theme.bodySize
         color: Theme.secondary

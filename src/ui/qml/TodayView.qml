@@ -1,31 +1,51 @@
 import QtQuick
-import QtQuick.Layouts
 import Brindlet
 
-// The day on show: its header, its week, the task to work on now, quick add and the queue.
-ScreenPage {
+// The day on show: its header, its week, the task to work on now, quick add and the queue. The
+// first screen, so it is built from plain items and positioners alone.
+ScreenFrame {
+    id: root
+
     objectName: "todayView"
+    contentHeight: column.implicitHeight
 
-    TodayHeader { Layout.fillWidth: true }
-    WeekStrip { Layout.fillWidth: true }
-    NextTaskCard { Layout.fillWidth: true }
-    QuickAdd { Layout.fillWidth: true }
-    TaskQueue { Layout.fillWidth: true }
+    Column {
+        id: column
+        x: root.contentX
+        y: 30
+        width: root.contentWidth
+        spacing: 22
 
-    Loader {
-        Layout.fillWidth: true
-        active: Dashboard.reminderWarning.length > 0
-        visible: active
-        sourceComponent: RowLayout {
-            objectName: "reminderWarning"
-            spacing: 8
-            AppIcon { symbol: "bell.slash"; color: Theme.orange }
-            Text {
-                Layout.fillWidth: true
-                text: Dashboard.reminderWarning
-                wrapMode: Text.Wrap
-                color: Theme.orange
-                font.pixelSize: Theme.smallSize
+        TodayHeader { width: parent.width }
+        WeekStrip { width: parent.width }
+        NextTaskCard { width: parent.width }
+        QuickAdd { width: parent.width }
+        TaskQueue { width: parent.width }
+
+        Loader {
+            width: parent.width
+            active: Dashboard.reminderWarning.length > 0
+            visible: active
+            sourceComponent: Item {
+                objectName: "reminderWarning"
+                implicitHeight: Math.max(warningIcon.height, warningText.implicitHeight)
+                AppIcon {
+                    id: warningIcon
+                    anchors.verticalCenter: parent.verticalCenter
+                    symbol: "bell.slash"
+                    color: Theme.orange
+                }
+                Text {
+                    id: warningText
+                    anchors.left: warningIcon.right
+                    anchors.leftMargin: 8
+                    anchors.right: parent.right
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: Dashboard.reminderWarning
+                    wrapMode: Text.Wrap
+                    color: Theme.orange
+                    font.pixelSize: Theme.smallSize
+                }
             }
         }
     }

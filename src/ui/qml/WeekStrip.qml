@@ -1,10 +1,12 @@
 import QtQuick
-import QtQuick.Layouts
 import Brindlet
 
 // Seven equal buttons, Monday first: each day's label and how many open tasks it holds.
-RowLayout {
+Row {
     id: root
+
+    // Each of the seven takes an equal share of the width the spacing leaves.
+    readonly property real dayWidth: (width - 6 * spacing) / 7
 
     objectName: "weekStrip"
     spacing: 8
@@ -20,9 +22,8 @@ RowLayout {
             readonly property var modelData: Dashboard.weekDays[index]
 
             objectName: "weekDay." + index
-            Layout.fillWidth: true
-            Layout.preferredWidth: 1
-            implicitHeight: 58
+            width: root.dayWidth
+            height: 58
             radius: Theme.rowRadius
             color: modelData.selected ? Theme.tint(Theme.accent, 0.18)
                                       : Theme.tint(Theme.primary, hover.hovered ? 0.07 : 0.04)
@@ -30,12 +31,12 @@ RowLayout {
             Accessible.name: modelData.accessibleName
             Accessible.onPressAction: Dashboard.selectDay(index)
 
-            ColumnLayout {
+            Column {
                 anchors.centerIn: parent
                 spacing: 3
                 Text {
                     objectName: "weekDayLabel"
-                    Layout.alignment: Qt.AlignHCenter
+                    anchors.horizontalCenter: parent.horizontalCenter
                     text: day.modelData.label
                     font.pixelSize: Theme.bodySize
                     font.weight: day.modelData.selected ? Font.DemiBold : Font.Normal
@@ -43,7 +44,7 @@ RowLayout {
                 }
                 Text {
                     objectName: "weekDayCount"
-                    Layout.alignment: Qt.AlignHCenter
+                    anchors.horizontalCenter: parent.horizontalCenter
                     text: day.modelData.count
                     font.pixelSize: Theme.smallSize
                     color: Theme.secondary
