@@ -103,7 +103,8 @@ std::unique_ptr<AppModel> AppModel::compose(Composition composition) {
   std::shared_ptr<TaskStore> taskStore;
   std::optional<std::string> startupError;
   try {
-    local.migrateToCurrentSchema();
+    // Held until the task store has loaded it, which then reads nothing.
+    const SharedLoadedState migrated = local.migrateToCurrentSchema();
     taskStore = std::make_shared<TaskStore>(local);
   } catch (...) {
     // The file stays exactly as it is: the store serves the initial document and refuses every

@@ -20,6 +20,14 @@ std::string dailyBackupName(const LocalDay& day) {
   return name.data();
 }
 
+// A newer file is refused with the same words as an older one: neither can be trusted to carry
+// the task history this version keeps.
+void requireCurrentSchema(std::int64_t version) {
+  if (version != PersistedState::currentSchemaVersion) {
+    throw DataBackupError::legacySchema(version);
+  }
+}
+
 }  // namespace
 
 DataBackupError DataBackupError::legacySchema(std::int64_t version) {
@@ -40,16 +48,18 @@ DataBackupManager::DataBackupManager(LocalStore store, fs::path dailyBackupDirec
 
 std::shared_ptr<const PersistedState> DataBackupManager::validatedCurrentState(
     const fs::path& url) const {
+  const LocalStore store(url, store_.sharedFiles());
+  // A document someone holds was decoded from this very file version: its schema is known and
+  // nothing needs reading.
+  if (std::optional<SharedLoadedState> held = store.heldDocument()) {
+    requireCurrentSchema(held->fileSchemaVersion);
+    return std::move(held->state);
+  }
   // A missing file fails the read itself; there is no separate test for it.
   const FileContents contents = readWholeFile(url, store_.files());
   const JsonDocument document(contents.bytes);
-  const std::int64_t version = document.root().object().required("schemaVersion").integer();
-  // A newer file is refused with the same words as an older one: neither can be trusted to
-  // carry the task history this version keeps.
-  if (version != PersistedState::currentSchemaVersion) {
-    throw DataBackupError::legacySchema(version);
-  }
-  return LocalStore(url, store_.sharedFiles()).loadShared().state;
+  requireCurrentSchema(document.root().object().required("schemaVersion").integer());
+  return store.loadShared().state;
 }
 
 fs::path DataBackupManager::createDailyBackup(Instant now, const Calendar& calendar) const {

@@ -36,41 +36,55 @@ void validateTasks(const PersistedState& state) {
   for (const FocusTask& task : state.tasks) task.validate();
 }
 
-PersistedState decode(const FileContents& contents) {
-  const JsonDocument document(contents.bytes);
-  const std::int64_t version = probeSchemaVersion(document);
+// The document of a file, with the schema version the file was written in.
+struct DecodedFile {
+  PersistedState state;
+  std::int64_t schemaVersion = 0;
+};
+
+DecodedFile decodeDocument(const JsonDocument& document, std::int64_t version) {
   if (version > PersistedState::currentSchemaVersion) {
     throw LocalStoreError::unsupportedSchema(version);
   }
-  PersistedState decoded = persistedStateFromJson(document.root());
-  validateTasks(decoded);
+  DecodedFile decoded{persistedStateFromJson(document.root()), version};
+  validateTasks(decoded.state);
   return decoded;
+}
+
+DecodedFile decode(const FileContents& contents) {
+  const JsonDocument document(contents.bytes);
+  return decodeDocument(document, probeSchemaVersion(document));
 }
 
 // The last document decoded from each state file, kept only as long as someone else holds it.
 class DecodedDocuments {
  public:
-  std::shared_ptr<const PersistedState> find(const fs::path& url, const FileIdentity& identity) {
+  std::optional<SharedLoadedState> find(const fs::path& url, const FileIdentity& identity) {
     const std::scoped_lock lock(mutex_);
     const auto found = documents_.find(url);
-    if (found == documents_.end() || found->second.identity != identity) return nullptr;
-    return found->second.state.lock();
+    if (found == documents_.end() || found->second.identity != identity) return std::nullopt;
+    std::shared_ptr<const PersistedState> state = found->second.state.lock();
+    if (!state) return std::nullopt;
+    return SharedLoadedState{std::move(state), identity, found->second.schemaVersion};
   }
 
-  void keep(const fs::path& url, const FileIdentity& identity,
-            const std::shared_ptr<const PersistedState>& state) {
+  SharedLoadedState keep(const fs::path& url, const FileIdentity& identity, DecodedFile decoded) {
+    // Not made with make_shared: a weak reference left in the table would keep its memory.
+    std::shared_ptr<const PersistedState> state(new PersistedState(std::move(decoded.state)));
     const std::scoped_lock lock(mutex_);
-    documents_.insert_or_assign(url, Decoded{identity, state});
+    documents_.insert_or_assign(url, Entry{identity, state, decoded.schemaVersion});
+    return {std::move(state), identity, decoded.schemaVersion};
   }
 
  private:
-  struct Decoded {
+  struct Entry {
     FileIdentity identity;
     std::weak_ptr<const PersistedState> state;
+    std::int64_t schemaVersion = 0;
   };
 
   std::mutex mutex_;
-  std::map<fs::path, Decoded> documents_;
+  std::map<fs::path, Entry> documents_;
 };
 
 DecodedDocuments& decodedDocuments() {
@@ -148,14 +162,24 @@ SharedLoadedState LocalStore::loadShared() const {
       unreadableOnFailure([&] { return openFileIfExists(url_, *files_); });
   if (!opened) return {std::make_shared<const PersistedState>(PersistedState::initial()), {}};
   const FileIdentity identity = opened->identity;
-  if (auto known = decodedDocuments().find(url_, identity)) return {std::move(known), identity};
+  if (std::optional<SharedLoadedState> known = decodedDocuments().find(url_, identity)) {
+    return std::move(*known);
+  }
   const FileContents contents =
       unreadableOnFailure([&] { return readOpenedFile(std::move(*opened), url_, *files_); });
-  // Not made with make_shared: a weak reference left in the table would keep its memory.
-  std::shared_ptr<const PersistedState> state(
-      new PersistedState(unreadableOnFailure([&] { return decode(contents); })));
-  decodedDocuments().keep(url_, identity, state);
-  return {std::move(state), identity};
+  return decodedDocuments().keep(url_, identity,
+                                 unreadableOnFailure([&] { return decode(contents); }));
+}
+
+std::optional<SharedLoadedState> LocalStore::heldDocument() const {
+  try {
+    const std::optional<FileIdentity> identity = fileIdentity(url_);
+    if (!identity) return std::nullopt;
+    return decodedDocuments().find(url_, *identity);
+  } catch (...) {
+    // The ordinary read reports what is wrong with the file.
+    return std::nullopt;
+  }
 }
 
 void LocalStore::save(const PersistedState& state) const {
@@ -174,12 +198,24 @@ void LocalStore::save(const PersistedState& state) const {
   writeFileAtomically(url_, bytes, kPrivateFileMode, *files_);
 }
 
-void LocalStore::migrateToCurrentSchema() const {
-  const std::optional<FileContents> contents = readFileIfExists(url_, *files_);
-  if (!contents) return;
-  const JsonDocument document(contents->bytes);
-  if (probeSchemaVersion(document) >= PersistedState::currentSchemaVersion) return;
-  save(load());
+SharedLoadedState LocalStore::migrateToCurrentSchema() const {
+  std::optional<OpenedFile> opened = openFileIfExists(url_, *files_);
+  if (!opened) return {};
+  const FileIdentity identity = opened->identity;
+  const FileContents contents = readOpenedFile(std::move(*opened), url_, *files_);
+  const JsonDocument document(contents.bytes);
+  const std::int64_t version = probeSchemaVersion(document);
+  if (version < PersistedState::currentSchemaVersion) {
+    save(load());
+    return {};
+  }
+  // The file stays as it is. Its document is decoded from this one parse and shared, so that the
+  // first load reads nothing; what fails here fails that load again, which reports it.
+  try {
+    return decodedDocuments().keep(url_, identity, decodeDocument(document, version));
+  } catch (...) {
+    return {};
+  }
 }
 
 }  // namespace brindlet

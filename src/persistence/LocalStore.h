@@ -57,10 +57,12 @@ struct LoadedState {
   std::optional<FileIdentity> identity;
 };
 
-/// A document shared by every load of the same file version in this process.
+/// A document shared by every load of the same file version in this process, with the schema
+/// version that file was written in (the current one when there was no file).
 struct SharedLoadedState {
   std::shared_ptr<const PersistedState> state;
   std::optional<FileIdentity> identity;
+  std::int64_t fileSchemaVersion = PersistedState::currentSchemaVersion;
 };
 
 /// Knows the state file: reads it, replaces it safely, keeps a recovery copy of each version it
@@ -88,10 +90,16 @@ class LocalStore {
   [[nodiscard]] LoadedState loadWithIdentity() const;
   /// Like loadWithIdentity, without copying a document already decoded from the same version.
   [[nodiscard]] SharedLoadedState loadShared() const;
+  /// The document of the file's present version when someone in this process still holds it,
+  /// found from the file's identity alone; empty otherwise, also when the file can't be looked
+  /// at. Reads nothing.
+  [[nodiscard]] std::optional<SharedLoadedState> heldDocument() const;
   /// Replaces the file, after copying the version it replaces into "State Backups".
   void save(const PersistedState& state) const;
   /// Rewrites a file of an older schema in the current one; runs once, before anything else.
-  void migrateToCurrentSchema() const;
+  /// Gives back the document of a file already current, decoded from the same read, when it
+  /// decodes: while it is held, the first load reads nothing. Otherwise gives back no document.
+  SharedLoadedState migrateToCurrentSchema() const;
 
   /// Runs `body` while holding the lock, and gives back its result.
   template <typename Body>

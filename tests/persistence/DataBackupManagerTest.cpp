@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Builders.h"
+#include "FaultyFileService.h"
 #include "TempDir.h"
 #include "persistence/DataBackupManager.h"
 #include "persistence/LocalStore.h"
@@ -112,6 +113,36 @@ TEST_F(DataBackupManagerTest, BackupOfDamagedStateFileMakesNoBackup) {
     EXPECT_EQ(error.which(), LocalStoreError::Case::unreadable);
   }
   EXPECT_TRUE(filesIn(daily_).empty());
+}
+
+TEST_F(DataBackupManagerTest, TheBackupsCheckReadsNothingWhileTheCurrentDocumentIsHeld) {
+  local_.save(stateAt(4, "Held"));
+  const SharedLoadedState held = local_.loadShared();
+  const auto files = std::make_shared<testing::FaultyFileService>();
+  const DataBackupManager counted(LocalStore(local_.url(), files), daily_);
+  const fs::path backup = counted.createDailyBackup(kTestNow, utc_);
+
+  // The day's backup exists, so a second one that day is the check alone.
+  files->resetCounts();
+  EXPECT_EQ(counted.createDailyBackup(kTestNow.advanced(3600), utc_), backup);
+  EXPECT_EQ(files->calls(testing::FileStep::read), 0U);
+  EXPECT_EQ(readBytes(backup), readBytes(local_.url()));
+}
+
+TEST_F(DataBackupManagerTest, AHeldDocumentOfASchemaOneFileIsStillRefused) {
+  local_.save(stateAt(3, "Current"));
+  const std::string current = readBytes(local_.url());
+  const fs::path backup = dir_ / "old.json";
+  writeBytes(backup, R"({"schemaVersion": 1, "groups": []})");
+  const SharedLoadedState held = LocalStore(backup).loadShared();
+
+  try {
+    manager_.restoreBackup(backup);
+    FAIL() << "a schema 1 backup was restored";
+  } catch (const DataBackupError& error) {
+    EXPECT_EQ(error.version(), 1);
+  }
+  EXPECT_EQ(readBytes(local_.url()), current);
 }
 
 TEST_F(DataBackupManagerTest, RestoreFromRevisionFiveOverNineLeavesFiveAndKeepsNineAsCopy) {

@@ -123,6 +123,68 @@ TEST_F(LocalStoreTest, TwoStateFilesKeepTheirOwnDocuments) {
   EXPECT_EQ(held.state->tasks.front().title, "Draft the agenda");
 }
 
+TEST_F(LocalStoreTest, MigratingACurrentFileSharesItsDocumentWithTheFirstLoad) {
+  store.save(stateWithATask("Plan the week"));
+  CountedStore counted(store.url());
+  SharedLoadedState migrated;
+  EXPECT_GT(counted.readsOf([&] { migrated = counted.store.migrateToCurrentSchema(); }), 0U);
+  ASSERT_NE(migrated.state, nullptr);
+  EXPECT_EQ(migrated.fileSchemaVersion, PersistedState::currentSchemaVersion);
+
+  PersistedState loaded;
+  EXPECT_EQ(counted.readsOf([&] { loaded = counted.store.load(); }), 0U);
+  EXPECT_EQ(loaded, *migrated.state);
+  EXPECT_EQ(loaded.tasks.at(0).title, "Plan the week");
+}
+
+TEST_F(LocalStoreTest, MigratingANewerFileGivesNoDocumentAndTheFirstLoadStillRefusesIt) {
+  writeState(R"({"schemaVersion": 3})");
+  EXPECT_EQ(store.migrateToCurrentSchema().state, nullptr);
+  try {
+    (void)store.load();
+    FAIL() << "loaded";
+  } catch (const LocalStoreError& error) {
+    EXPECT_EQ(error.which(), LocalStoreError::Case::unsupportedSchema);
+  }
+}
+
+TEST_F(LocalStoreTest, MigratingACurrentFileThatDoesNotDecodeLeavesTheErrorToTheFirstLoad) {
+  writeState(R"({"schemaVersion": 2, "tasks": "not a list"})");
+  EXPECT_EQ(store.migrateToCurrentSchema().state, nullptr);
+  try {
+    (void)store.load();
+    FAIL() << "loaded";
+  } catch (const LocalStoreError& error) {
+    EXPECT_EQ(error.which(), LocalStoreError::Case::unreadable);
+  }
+}
+
+TEST_F(LocalStoreTest, AHeldDocumentIsFoundWithoutReadingUntilTheFileIsReplaced) {
+  EXPECT_FALSE(store.heldDocument().has_value());
+  store.save(stateWithATask("First"));
+  EXPECT_FALSE(store.heldDocument().has_value());
+
+  const SharedLoadedState held = store.loadShared();
+  CountedStore counted(store.url());
+  std::optional<SharedLoadedState> found;
+  EXPECT_EQ(counted.readsOf([&] { found = counted.store.heldDocument(); }), 0U);
+  ASSERT_TRUE(found.has_value());
+  EXPECT_EQ(found->state, held.state);
+  EXPECT_EQ(found->identity, held.identity);
+
+  store.save(stateWithATask("Second"));
+  EXPECT_FALSE(store.heldDocument().has_value());
+}
+
+TEST_F(LocalStoreTest, AHeldDocumentKnowsTheSchemaItsFileWasWrittenIn) {
+  writeState(R"({"schemaVersion": 1, "groups": []})");
+  const SharedLoadedState held = store.loadShared();
+  EXPECT_EQ(held.fileSchemaVersion, 1);
+  EXPECT_EQ(held.state->schemaVersion, PersistedState::currentSchemaVersion);
+  ASSERT_TRUE(store.heldDocument().has_value());
+  EXPECT_EQ(store.heldDocument()->fileSchemaVersion, 1);
+}
+
 TEST_F(LocalStoreTest, LoadWithNoFileReturnsTheInitialDocumentAndCreatesNothing) {
   EXPECT_EQ(store.load(), PersistedState::initial());
   EXPECT_FALSE(fs::exists(folder));
