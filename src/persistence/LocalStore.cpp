@@ -209,6 +209,8 @@ SharedLoadedState LocalStore::migrateToCurrentSchema() const {
     save(load());
     return {};
   }
+  // A newer file is refused by the first load, not here.
+  if (version > PersistedState::currentSchemaVersion) return {};
   // The file stays as it is. Its document is decoded from this one parse and shared, so that the
   // first load reads nothing; what fails here fails that load again, which reports it.
   try {

@@ -57,7 +57,8 @@ int main(int argc, char** argv) {
   const LocalStore local(PlatformFolders::current().stateFile());
   std::optional<TaskStore> store;
   try {
-    local.migrateToCurrentSchema();
+    // Held until the task store has loaded it, which then reads nothing.
+    const SharedLoadedState migrated = local.migrateToCurrentSchema();
     store.emplace(local);
   } catch (...) {
     // Unlike the app, which starts in recovery mode, an agent gets no answers at all rather
