@@ -31,6 +31,7 @@
 #include "Dashboard.h"
 #include "DesktopReminderScheduler.h"
 #include "LaunchClock.h"
+#include "MainWindowLoad.h"
 #include "MenuBarItem.h"
 #include "ModelHost.h"
 #include "NotificationSender.h"
@@ -124,10 +125,14 @@ int main(int argc, char* argv[]) {
   std::unique_ptr<ui::MenuBarItem> menuBar;
   std::shared_ptr<ui::DesktopReminderScheduler> scheduler;
   std::unique_ptr<QQmlApplicationEngine> engine;
+  QQuickWindow* window = nullptr;
 
   if (mode == "file") {
     engine = std::make_unique<QQmlApplicationEngine>();
     engine->load(QString::fromStdString(folder.string()));
+    if (!engine->rootObjects().isEmpty()) {
+      window = qobject_cast<QQuickWindow*>(engine->rootObjects().constFirst());
+    }
   } else {
     const auto clock = std::make_shared<SystemClock>();
     scheduler = std::make_shared<ui::DesktopReminderScheduler>(
@@ -153,11 +158,10 @@ int main(int argc, char* argv[]) {
     menuBar = std::make_unique<ui::MenuBarItem>(*host);
     engine = std::make_unique<QQmlApplicationEngine>();
     host->deliverPublished();
-    engine->load(QUrl(QStringLiteral("qrc:/Brindlet/Main.qml")));
+    window = ui::loadMainWindow(*engine);
     host->settle();
   }
-  if (engine->rootObjects().isEmpty()) return 1;
-  auto* window = qobject_cast<QQuickWindow*>(engine->rootObjects().constFirst());
+  if (window == nullptr) return 1;
 
   // The first frame is stamped the moment it is out; what follows waits for the event loop.
   // The app's first frame counts only with the plan in it: the rows of today's queue.

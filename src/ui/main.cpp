@@ -12,6 +12,7 @@
 #include "ControlsStyle.h"
 #include "Dashboard.h"
 #include "DesktopReminderScheduler.h"
+#include "MainWindowLoad.h"
 #include "MenuBarItem.h"
 #include "ModelHost.h"
 #include "NotificationSender.h"
@@ -50,12 +51,11 @@ int main(int argc, char* argv[]) {
   // A state the model has published meanwhile is built into the window as it loads, rather than
   // changing it after.
   host.deliverPublished();
-  engine.load(QUrl(QStringLiteral("qrc:/Brindlet/Main.qml")));
-  if (engine.rootObjects().isEmpty()) return 1;
+  QQuickWindow* window = ui::loadMainWindow(engine);
+  if (window == nullptr) return 1;
   // Otherwise the model was composed and recovered while the window loaded; either way its state
   // is on show before the first frame.
   host.settle();
-  auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
 
   // With a tray item the app keeps running when the window closes, and the item reopens it.
   const bool inTray = menuBar.show();

@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QTest>
 
+#include "MainWindowLoad.h"
 #include "SessionFixture.h"
 #include "app/AppModel.h"
 #include "persistence/LocalStore.h"
@@ -46,9 +47,7 @@ void UiTest::launch(const std::vector<FocusTask>& tasks) {
   dashboard = std::make_unique<ui::Dashboard>(*host, clock);
   menuBar = std::make_unique<ui::MenuBarItem>(*host);
   engine = std::make_unique<QQmlApplicationEngine>();
-  engine->load(QUrl(QStringLiteral("qrc:/Brindlet/Main.qml")));
-  ASSERT_FALSE(engine->rootObjects().isEmpty());
-  window = qobject_cast<QQuickWindow*>(engine->rootObjects().constFirst());
+  window = ui::loadMainWindow(*engine);
   ASSERT_NE(window, nullptr);
   ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
   settle();

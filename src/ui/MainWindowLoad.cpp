@@ -1,0 +1,43 @@
+#include "MainWindowLoad.h"
+
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QQmlApplicationEngine>
+#include <QQmlComponent>
+#include <QQuickWindow>
+#include <QUrl>
+#include <array>
+
+namespace brindlet::ui {
+namespace {
+
+constexpr std::array kOpeningScreenTextStyles{
+    TextStyle{11, QFont::Bold},     TextStyle{12, QFont::Normal}, TextStyle{14, QFont::Normal},
+    TextStyle{14, QFont::DemiBold}, TextStyle{17, QFont::Bold},   TextStyle{20, QFont::Bold},
+    TextStyle{28, QFont::Bold},
+};
+
+void readyFont(const TextStyle& style) {
+  QFont font = QGuiApplication::font();
+  font.setPixelSize(style.pixelSize);
+  font.setWeight(style.weight);
+  // Measuring a text loads the font's engine into this thread's cache, where the window's texts
+  // find it.
+  (void)QFontMetricsF(font).horizontalAdvance(QStringLiteral("Brindlet"));
+}
+
+}  // namespace
+
+std::span<const TextStyle> openingScreenTextStyles() { return kOpeningScreenTextStyles; }
+
+QQuickWindow* loadMainWindow(QQmlApplicationEngine& engine) {
+  const QUrl mainWindow(QStringLiteral("qrc:/Brindlet/Main.qml"));
+  // Starts the loader thread on the window's files; the load below waits for what is left.
+  const QQmlComponent reading(&engine, mainWindow, QQmlComponent::Asynchronous);
+  for (const TextStyle& style : kOpeningScreenTextStyles) readyFont(style);
+  engine.load(mainWindow);
+  if (engine.rootObjects().isEmpty()) return nullptr;
+  return qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
+}
+
+}  // namespace brindlet::ui

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QFont>
+#include <span>
+
+class QQmlApplicationEngine;
+class QQuickWindow;
+
+namespace brindlet::ui {
+
+/// A font the window's texts are set in: the app's family at a pixel size and weight.
+struct TextStyle {
+  int pixelSize = 0;
+  QFont::Weight weight = QFont::Normal;
+
+  friend bool operator==(const TextStyle&, const TextStyle&) = default;
+};
+
+/// The styles of every text on the screen the window opens on, Today: the type scale's sizes in
+/// the weights that screen and the sidebar set them in.
+[[nodiscard]] std::span<const TextStyle> openingScreenTextStyles();
+
+/// Loads the main window into `engine` and returns it, or null when it failed to load (the engine
+/// has reported why). While the engine's loader thread reads the window's files, the GUI thread
+/// readies the opening screen's fonts, which it would otherwise load one by one as it makes the
+/// texts: a font is readied per thread, so no other thread can do this ahead.
+QQuickWindow* loadMainWindow(QQmlApplicationEngine& engine);
+
+}  // namespace brindlet::ui

@@ -1,0 +1,84 @@
+// The main window's load: the fonts it readies ahead are the ones its opening screen sets text in.
+
+#include <gtest/gtest.h>
+
+#include <QFont>
+#include <algorithm>
+#include <vector>
+
+#include "MainWindowLoad.h"
+#include "UiFixture.h"
+
+namespace brindlet::testing {
+namespace {
+
+using MainWindowLoadTest = UiTest;
+
+// Hidden texts count too: they are laid out, and so load their fonts, as they are made.
+void collectTextStyles(const QQuickItem& item, std::vector<ui::TextStyle>& styles) {
+  const QVariant font = item.property("font");
+  if (font.isValid()) {
+    const auto value = font.value<QFont>();
+    styles.push_back({value.pixelSize(), static_cast<QFont::Weight>(value.weight())});
+  }
+  for (const QQuickItem* child : item.childItems()) collectTextStyles(*child, styles);
+}
+
+class OpeningScreenTest : public MainWindowLoadTest {
+ protected:
+  void launchAFullDay() {
+    FocusTask reminded = makeTask().titled("Call the bank").plannedOn(kSaturday).estimated(15);
+    reminded.scheduledStart = kTestNow.advanced(2 * 3600.0);
+    reminded.reminder = TaskReminder{.isEnabled = true};
+    FocusTask completed = makeTask().titled("Morning stand-up").plannedOn(kSaturday);
+    completed.status = TaskStatus::completed;
+    completed.completedAt = kTestNow;
+    launch(
+        {makeTask()
+             .titled("Finish the quarterly report")
+             .plannedOn(kSaturday)
+             .estimated(90)
+             .withPriority(TaskPriority::critical),
+         makeTask().titled("Plan next week").plannedOn(kSaturday).withPriority(TaskPriority::low),
+         reminded, completed});
+  }
+
+  [[nodiscard]] std::vector<ui::TextStyle> textStylesOnScreen() const {
+    std::vector<ui::TextStyle> styles;
+    collectTextStyles(*window->contentItem(), styles);
+    return styles;
+  }
+};
+
+bool isReadied(const ui::TextStyle& style) {
+  const auto readied = ui::openingScreenTextStyles();
+  return std::find(readied.begin(), readied.end(), style) != readied.end();
+}
+
+TEST_F(OpeningScreenTest, EveryTextOnTheOpeningScreenIsSetInAFontReadiedAheadOfIt) {
+  launchAFullDay();
+  const std::vector<ui::TextStyle> styles = textStylesOnScreen();
+  ASSERT_GT(styles.size(), 20U);
+  for (const ui::TextStyle& style : styles) {
+    EXPECT_TRUE(isReadied(style)) << "a text at " << style.pixelSize << " px, weight "
+                                  << style.weight << ", is not readied ahead";
+  }
+}
+
+TEST_F(OpeningScreenTest, EveryFontReadiedAheadIsOneTheOpeningScreenSetsTextIn) {
+  launchAFullDay();
+  const std::vector<ui::TextStyle> styles = textStylesOnScreen();
+  for (const ui::TextStyle& readied : ui::openingScreenTextStyles()) {
+    EXPECT_TRUE(std::find(styles.begin(), styles.end(), readied) != styles.end())
+        << "no text at " << readied.pixelSize << " px, weight " << readied.weight;
+  }
+}
+
+TEST_F(MainWindowLoadTest, TheLoadedWindowIsTheMainWindowWithTheDayOnShow) {
+  launch({makeTask().titled("Water the plants").plannedOn(kSaturday)});
+  EXPECT_EQ(window->title(), "Brindlet");
+  EXPECT_EQ(queueTitles(), std::vector<QString>{"Water the plants"});
+}
+
+}  // namespace
+}  // namespace brindlet::testing
