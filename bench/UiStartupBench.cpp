@@ -160,6 +160,7 @@ int main(int argc, char* argv[]) {
     host->deliverPublished();
     window = ui::loadMainWindow(*engine);
     host->settle();
+    if (window != nullptr) ui::afterFirstFrame(*window, [&menuBar] { (void)menuBar->show(); });
   }
   if (window == nullptr) return 1;
 

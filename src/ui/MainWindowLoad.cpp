@@ -40,4 +40,10 @@ QQuickWindow* loadMainWindow(QQmlApplicationEngine& engine) {
   return qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
 }
 
+void afterFirstFrame(QQuickWindow& window, std::function<void()> then) {
+  QObject::connect(
+      &window, &QQuickWindow::frameSwapped, &window, std::move(then),
+      static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+}
+
 }  // namespace brindlet::ui

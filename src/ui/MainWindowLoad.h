@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QFont>
+#include <functional>
 #include <span>
 
 class QQmlApplicationEngine;
@@ -25,5 +26,9 @@ struct TextStyle {
 /// readies the opening screen's fonts, which it would otherwise load one by one as it makes the
 /// texts: a font is readied per thread, so no other thread can do this ahead.
 QQuickWindow* loadMainWindow(QQmlApplicationEngine& engine);
+
+/// Runs `then` once, from the event loop, as soon as `window` has put out its first frame: for work
+/// the first frame need not wait for.
+void afterFirstFrame(QQuickWindow& window, std::function<void()> then);
 
 }  // namespace brindlet::ui

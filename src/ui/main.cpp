@@ -57,9 +57,11 @@ int main(int argc, char* argv[]) {
   // is on show before the first frame.
   host.settle();
 
-  // With a tray item the app keeps running when the window closes, and the item reopens it.
-  const bool inTray = menuBar.show();
-  QApplication::setQuitOnLastWindowClosed(!inTray);
+  // Asking the desktop for a tray and making the item's menu would hold the first frame up.
+  ui::afterFirstFrame(*window, [&menuBar] {
+    // With a tray item the app keeps running when the window closes, and the item reopens it.
+    QApplication::setQuitOnLastWindowClosed(!menuBar.show());
+  });
   QObject::connect(&menuBar, &ui::MenuBarItem::openRequested, window, [window] {
     window->show();
     window->raise();

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QFont>
+#include <QTest>
 #include <algorithm>
 #include <vector>
 
@@ -78,6 +80,29 @@ TEST_F(MainWindowLoadTest, TheLoadedWindowIsTheMainWindowWithTheDayOnShow) {
   launch({makeTask().titled("Water the plants").plannedOn(kSaturday)});
   EXPECT_EQ(window->title(), "Brindlet");
   EXPECT_EQ(queueTitles(), std::vector<QString>{"Water the plants"});
+}
+
+TEST(AfterFirstFrameTest, WorkLeftForAfterTheFirstFrameRunsOnceWhenItIsOut) {
+  QQuickWindow window;
+  window.resize(200, 120);
+  int runs = 0;
+  int framesBefore = -1;
+  int frames = 0;
+  QObject::connect(&window, &QQuickWindow::frameSwapped, &window, [&] { ++frames; });
+  ui::afterFirstFrame(window, [&] {
+    ++runs;
+    framesBefore = frames;
+  });
+  QCoreApplication::processEvents();
+  EXPECT_EQ(runs, 0);
+
+  window.show();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return runs > 0; }));
+  EXPECT_EQ(framesBefore, 1);
+  window.requestUpdate();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return frames >= 2; }));
+  QCoreApplication::processEvents();
+  EXPECT_EQ(runs, 1);
 }
 
 }  // namespace
