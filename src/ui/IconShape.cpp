@@ -1,23 +1,19 @@
 #include "IconShape.h"
 
-#include <QPainter>
+#include <QImageReader>
 #include <QResource>
-#include <QSvgRenderer>
 #include <cstring>
 
 namespace brindlet::ui {
 
 QImage drawIconShape(const QString& svgFile, QSize pixels) {
-  QSvgRenderer svg(svgFile);
-  if (!svg.isValid()) return {};
-  QImage shape(pixels, QImage::Format_ARGB32_Premultiplied);
-  shape.fill(Qt::transparent);
-  {
-    QPainter painter(&shape);
-    svg.render(&painter);
-  }
-  // A copy: the image painted on keeps the painter's engine and its buffers while it lives.
-  return shape.copy();
+  // Through Qt's image plugin for SVG, which is loaded the first time an icon needs it: the app
+  // itself then doesn't link the SVG module, which most runs never use.
+  QImageReader reader(svgFile, "svg");
+  reader.setScaledSize(pixels);
+  QImage shape = reader.read();
+  if (shape.isNull()) return {};
+  return shape.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
 QString preparedShapeName(const QString& symbol, int side) {

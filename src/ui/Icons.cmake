@@ -46,7 +46,7 @@ set(BRINDLET_ICON_SIDES 12 13 14 15 16 18 24 26 28 30 32 36)
 # Draws the shapes ahead with the app's own drawing code.
 qt_add_executable(brindlet_icon_masks tools/IconMasks.cpp IconShape.cpp IconShape.h)
 target_include_directories(brindlet_icon_masks PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
-target_link_libraries(brindlet_icon_masks PRIVATE Qt6::Gui Qt6::Svg)
+target_link_libraries(brindlet_icon_masks PRIVATE Qt6::Gui)
 
 function(brindlet_bundle_icons target)
   set(svgs)

@@ -44,8 +44,8 @@ class MenuBarItem : public QObject {
  private:
   /// One entry of the menu: a choice, a line that can't be chosen (no `choose`), or a separator.
   struct Entry {
-    QString text;
-    std::function<void()> choose;
+    QString text{};
+    std::function<void()> choose{};
     bool heading = false;
     bool separator = false;
   };
