@@ -5,8 +5,11 @@
 #include <QQmlApplicationEngine>
 #include <QQmlComponent>
 #include <QQuickWindow>
+#include <QTimer>
 #include <QUrl>
 #include <array>
+#include <memory>
+#include <utility>
 
 namespace brindlet::ui {
 namespace {
@@ -40,10 +43,17 @@ QQuickWindow* loadMainWindow(QQmlApplicationEngine& engine) {
   return qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
 }
 
-void afterFirstFrame(QQuickWindow& window, std::function<void()> then) {
+void afterFirstFrame(QQuickWindow& window, std::function<void()> then,
+                     std::chrono::milliseconds patience) {
+  // Whichever comes first, the frame or the end of patience, runs `then`; the other finds it gone.
+  auto pending = std::make_shared<std::function<void()>>(std::move(then));
+  const auto runOnce = [pending] {
+    if (*pending) std::exchange(*pending, nullptr)();
+  };
   QObject::connect(
-      &window, &QQuickWindow::frameSwapped, &window, std::move(then),
+      &window, &QQuickWindow::frameSwapped, &window, runOnce,
       static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+  QTimer::singleShot(patience, &window, runOnce);
 }
 
 }  // namespace brindlet::ui

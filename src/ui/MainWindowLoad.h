@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QFont>
+#include <chrono>
 #include <functional>
 #include <span>
 
@@ -28,7 +29,9 @@ struct TextStyle {
 QQuickWindow* loadMainWindow(QQmlApplicationEngine& engine);
 
 /// Runs `then` once, from the event loop, as soon as `window` has put out its first frame: for work
-/// the first frame need not wait for.
-void afterFirstFrame(QQuickWindow& window, std::function<void()> then);
+/// the first frame need not wait for. A window that is never exposed, such as one that starts
+/// minimised, draws no frame; `then` runs after `patience` all the same.
+void afterFirstFrame(QQuickWindow& window, std::function<void()> then,
+                     std::chrono::milliseconds patience = std::chrono::seconds(2));
 
 }  // namespace brindlet::ui

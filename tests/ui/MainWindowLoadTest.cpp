@@ -105,5 +105,29 @@ TEST(AfterFirstFrameTest, WorkLeftForAfterTheFirstFrameRunsOnceWhenItIsOut) {
   EXPECT_EQ(runs, 1);
 }
 
+TEST(AfterFirstFrameTest, WorkLeftForAfterTheFirstFrameStillRunsOnceWhenNoFrameComes) {
+  QQuickWindow window;
+  int runs = 0;
+  ui::afterFirstFrame(
+      window, [&] { ++runs; }, std::chrono::milliseconds(50));
+  QCoreApplication::processEvents();
+  EXPECT_EQ(runs, 0);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return runs > 0; }, 2000));
+  QTest::qWait(100);
+  EXPECT_EQ(runs, 1);
+}
+
+TEST(AfterFirstFrameTest, AFrameBeforeThePatienceEndsLeavesNothingToRunAfterIt) {
+  QQuickWindow window;
+  window.resize(200, 120);
+  int runs = 0;
+  ui::afterFirstFrame(
+      window, [&] { ++runs; }, std::chrono::milliseconds(1000));
+  window.show();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return runs > 0; }, 900));
+  QTest::qWait(1200);
+  EXPECT_EQ(runs, 1);
+}
+
 }  // namespace
 }  // namespace brindlet::testing
