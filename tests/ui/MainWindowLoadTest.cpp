@@ -1,4 +1,5 @@
-// The main window's load: the fonts it readies ahead are the ones its opening screen sets text in.
+// The main window's load and what waits for its first frame: the fonts readied ahead are the ones
+// its opening screen sets text in, and work left for after the first frame runs exactly once.
 
 #include <gtest/gtest.h>
 
