@@ -76,6 +76,7 @@ void Dashboard::onHostStateChanged() {
 
 void Dashboard::present(const AppModelState& state) {
   state_ = state;
+  weekDays_.reset();
   refreshLists();
   emit changed();
 }
@@ -179,7 +180,8 @@ QString Dashboard::workloadText() const {
 }
 
 QVariantList Dashboard::weekDays() const {
-  QVariantList days;
+  if (weekDays_) return *weekDays_;
+  QVariantList& days = weekDays_.emplace();
   for (const LocalDay& day : state_.weekDays()) {
     const QString label = qs(state_.dayLabel(day));
     const auto count = PlannerEngine::workload(state_.tasks(), day).taskCount;

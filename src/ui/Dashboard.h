@@ -145,6 +145,8 @@ class Dashboard : public QObject {
   std::uint64_t quickTitleSequence_ = 0;
   std::uint64_t alertDismissSequence_ = 0;
   QPointer<TaskDraft> draft_;
+  // Each of the week strip's seven days reads the whole week; it is made once per state.
+  mutable std::optional<QVariantList> weekDays_;
   TaskListModel queue_;
   TaskListModel completed_;
 };
