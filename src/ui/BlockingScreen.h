@@ -28,7 +28,7 @@ struct DomainRuleRow {
 
 /// The domains of the group on show, in the user's order. A new list only touches the rows that
 /// differ, so that a heartbeat doesn't rebuild the switches under the pointer.
-class DomainRuleListModel : public RowListModel {
+class DomainRuleListModel : public brindlet::ui::RowListModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Domain lists come from the blocking screen.")
@@ -54,7 +54,7 @@ class DomainRuleListModel : public RowListModel {
 
 /// What the Blocking screen shows: the setup or running card of a blocking session and the selected
 /// group's domains.
-class BlockingScreen : public ScreenModel {
+class BlockingScreen : public brindlet::ui::ScreenModel {
   Q_OBJECT
   QML_ELEMENT
   QML_SINGLETON
@@ -81,7 +81,7 @@ class BlockingScreen : public ScreenModel {
   // ---- domain editor ----
   Q_PROPERTY(bool locked READ locked NOTIFY changed)
   Q_PROPERTY(QString groupName READ groupName NOTIFY changed)
-  Q_PROPERTY(DomainRuleListModel* rules READ rules CONSTANT)
+  Q_PROPERTY(brindlet::ui::DomainRuleListModel* rules READ rules CONSTANT)
   Q_PROPERTY(QString domainInput READ domainInput WRITE setDomainInput NOTIFY domainInputChanged)
 
  public:

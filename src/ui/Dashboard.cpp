@@ -2,7 +2,6 @@
 
 #include <QJSEngine>
 #include <QQmlEngine>
-#include <QVariantMap>
 
 #include "UiTexts.h"
 #include "flow/PlannerEngine.h"
@@ -76,7 +75,7 @@ void Dashboard::onHostStateChanged() {
 
 void Dashboard::present(const AppModelState& state) {
   state_ = state;
-  weekDays_.reset();
+  weekStrip_.reset();
   refreshLists();
   emit changed();
 }
@@ -179,20 +178,19 @@ QString Dashboard::workloadText() const {
   return qs(ui::workloadText(PlannerEngine::workload(state_.tasks(), state_.selectedDay)));
 }
 
-QVariantList Dashboard::weekDays() const {
-  if (weekDays_) return *weekDays_;
-  QVariantList& days = weekDays_.emplace();
-  for (const LocalDay& day : state_.weekDays()) {
-    const QString label = qs(state_.dayLabel(day));
-    const auto count = PlannerEngine::workload(state_.tasks(), day).taskCount;
-    days << QVariantMap{
-        {QStringLiteral("label"), label},
-        {QStringLiteral("count"), QString::number(count)},
-        {QStringLiteral("selected"), day == state_.selectedDay},
-        {QStringLiteral("accessibleName"), QStringLiteral("%1, %2 tasks").arg(label).arg(count)},
-    };
+const Dashboard::WeekStrip& Dashboard::weekStrip() const {
+  if (weekStrip_) return *weekStrip_;
+  WeekStrip& strip = weekStrip_.emplace();
+  const std::vector<LocalDay> days = state_.weekDays();
+  for (std::size_t i = 0; i < days.size(); ++i) {
+    const QString label = qs(state_.dayLabel(days[i]));
+    const auto count = PlannerEngine::workload(state_.tasks(), days[i]).taskCount;
+    strip.labels << label;
+    strip.counts << QString::number(count);
+    strip.names << QStringLiteral("%1, %2 tasks").arg(label).arg(count);
+    if (days[i] == state_.selectedDay) strip.selected = static_cast<int>(i);
   }
-  return days;
+  return strip;
 }
 
 std::optional<FocusTask> Dashboard::cardTask() const {

@@ -6,7 +6,6 @@
 #include <QPointer>
 #include <QString>
 #include <QStringList>
-#include <QVariantList>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -39,12 +38,17 @@ class Dashboard : public QObject {
   Q_PROPERTY(QString footerState READ footerState NOTIFY changed)
   Q_PROPERTY(QString footerCaption READ footerCaption NOTIFY changed)
   Q_PROPERTY(QString protectionError READ protectionError NOTIFY changed)
-  Q_PROPERTY(TaskDraft* draft READ draft NOTIFY draftChanged)
+  Q_PROPERTY(brindlet::ui::TaskDraft* draft READ draft NOTIFY draftChanged)
 
   // ---- Today ----
   Q_PROPERTY(QString dayTitle READ dayTitle NOTIFY changed)
   Q_PROPERTY(QString workloadText READ workloadText NOTIFY changed)
-  Q_PROPERTY(QVariantList weekDays READ weekDays NOTIFY changed)
+  // The week strip, Monday first: each day's label, its count of open tasks and the name a screen
+  // reader gives it, and which of the seven is the day on show (-1 for none).
+  Q_PROPERTY(QStringList weekDayLabels READ weekDayLabels NOTIFY changed)
+  Q_PROPERTY(QStringList weekDayCounts READ weekDayCounts NOTIFY changed)
+  Q_PROPERTY(QStringList weekDayNames READ weekDayNames NOTIFY changed)
+  Q_PROPERTY(int selectedWeekDay READ selectedWeekDay NOTIFY changed)
   Q_PROPERTY(bool hasCardTask READ hasCardTask NOTIFY changed)
   Q_PROPERTY(QString cardStatus READ cardStatus NOTIFY changed)
   Q_PROPERTY(QString cardLabel READ cardLabel NOTIFY changed)
@@ -55,8 +59,8 @@ class Dashboard : public QObject {
   Q_PROPERTY(QString cardElapsedText READ cardElapsedText NOTIFY changed)
   Q_PROPERTY(QString quickTitle READ quickTitle WRITE setQuickTitle NOTIFY quickTitleChanged)
   Q_PROPERTY(bool canAdd READ canAdd NOTIFY quickTitleChanged)
-  Q_PROPERTY(TaskListModel* queue READ queue CONSTANT)
-  Q_PROPERTY(TaskListModel* completed READ completed CONSTANT)
+  Q_PROPERTY(brindlet::ui::TaskListModel* queue READ queue CONSTANT)
+  Q_PROPERTY(brindlet::ui::TaskListModel* completed READ completed CONSTANT)
   Q_PROPERTY(QString reminderWarning READ reminderWarning NOTIFY changed)
 
  public:
@@ -87,7 +91,10 @@ class Dashboard : public QObject {
 
   [[nodiscard]] QString dayTitle() const;
   [[nodiscard]] QString workloadText() const;
-  [[nodiscard]] QVariantList weekDays() const;
+  [[nodiscard]] QStringList weekDayLabels() const { return weekStrip().labels; }
+  [[nodiscard]] QStringList weekDayCounts() const { return weekStrip().counts; }
+  [[nodiscard]] QStringList weekDayNames() const { return weekStrip().names; }
+  [[nodiscard]] int selectedWeekDay() const { return weekStrip().selected; }
   [[nodiscard]] bool hasCardTask() const { return cardTask().has_value(); }
   [[nodiscard]] QString cardStatus() const;
   [[nodiscard]] QString cardLabel() const;
@@ -130,6 +137,14 @@ class Dashboard : public QObject {
   void draftChanged();
 
  private:
+  struct WeekStrip {
+    QStringList labels;
+    QStringList counts;
+    QStringList names;
+    int selected = -1;
+  };
+
+  [[nodiscard]] const WeekStrip& weekStrip() const;
   [[nodiscard]] std::optional<FocusTask> cardTask() const;
   [[nodiscard]] std::optional<FocusTask> findTask(const QString& taskId) const;
   void openEditor(const FocusTask& task);
@@ -146,7 +161,7 @@ class Dashboard : public QObject {
   std::uint64_t alertDismissSequence_ = 0;
   QPointer<TaskDraft> draft_;
   // Each of the week strip's seven days reads the whole week; it is made once per state.
-  mutable std::optional<QVariantList> weekDays_;
+  mutable std::optional<WeekStrip> weekStrip_;
   TaskListModel queue_;
   TaskListModel completed_;
 };

@@ -15,7 +15,7 @@ namespace brindlet::ui {
 /// What the Data Safety screen shows: the backup status, and the daily copy, export and restore.
 /// A file chosen for restoring waits here until the user confirms or dismisses the question; it
 /// is forgotten when the screen goes away.
-class DataSafetyScreen : public ScreenModel {
+class DataSafetyScreen : public brindlet::ui::ScreenModel {
   Q_OBJECT
   QML_ELEMENT
   QML_SINGLETON

@@ -27,7 +27,7 @@ struct DeviceRowData {
 
 /// The paired iPhones in the order the model gives them. A new list of the same devices only
 /// changes the rows that differ, so each card keeps its identity as the seen-ago lines move.
-class PairedDeviceListModel : public RowListModel {
+class PairedDeviceListModel : public brindlet::ui::RowListModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Device lists come from the Devices screen.")
@@ -54,7 +54,7 @@ class PairedDeviceListModel : public RowListModel {
 
 /// What the Devices screen shows: the pairing status and the paired iPhones. Everything is read
 /// from the model's pairing presentation of the shown state; the screen has no controls.
-class DevicesScreen : public ScreenModel {
+class DevicesScreen : public brindlet::ui::ScreenModel {
   Q_OBJECT
   QML_ELEMENT
   QML_SINGLETON
@@ -63,7 +63,7 @@ class DevicesScreen : public ScreenModel {
   Q_PROPERTY(QString detail READ detail NOTIFY changed)
   Q_PROPERTY(QString modeMessage READ modeMessage NOTIFY changed)
   Q_PROPERTY(QString statusSymbol READ statusSymbol NOTIFY changed)
-  Q_PROPERTY(PairedDeviceListModel* devices READ devices CONSTANT)
+  Q_PROPERTY(brindlet::ui::PairedDeviceListModel* devices READ devices CONSTANT)
 
  public:
   explicit DevicesScreen(Dashboard& dashboard, QObject* parent = nullptr);

@@ -20,7 +20,7 @@ struct CompletedRowData {
 
 /// The tasks finished in the week under review, earliest first. A new list of the same tasks
 /// only changes the rows that differ.
-class ReviewCompletedListModel : public RowListModel {
+class ReviewCompletedListModel : public brindlet::ui::RowListModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Completed lists come from the review screen.")

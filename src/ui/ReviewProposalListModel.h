@@ -21,7 +21,7 @@ struct ProposalRowData {
 
 /// The pending recommendations in the order they were made. A new list of the same proposals
 /// only changes the rows that differ, so a press on a row's button survives the next heartbeat.
-class ReviewProposalListModel : public RowListModel {
+class ReviewProposalListModel : public brindlet::ui::RowListModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Recommendation lists come from the review screen.")

@@ -33,7 +33,7 @@ inline constexpr double kMinimumWorkloadColumnHeight = 120;
 
 /// What the Review screen shows: the figures of the week under review, its daily workload, the
 /// pending recommendations and the tasks finished in the week, every text worked out here.
-class ReviewScreen : public ScreenModel {
+class ReviewScreen : public brindlet::ui::ScreenModel {
   Q_OBJECT
   QML_ELEMENT
   QML_SINGLETON
@@ -45,8 +45,8 @@ class ReviewScreen : public ScreenModel {
   Q_PROPERTY(QVariantList workloadDays READ workloadDays NOTIFY workloadChanged)
   /// The height the bars stand in: at least the minimum, more for a day taller than that.
   Q_PROPERTY(double workloadHeight READ workloadHeight NOTIFY workloadChanged)
-  Q_PROPERTY(ReviewProposalListModel* proposals READ proposals CONSTANT)
-  Q_PROPERTY(ReviewCompletedListModel* completed READ completed CONSTANT)
+  Q_PROPERTY(brindlet::ui::ReviewProposalListModel* proposals READ proposals CONSTANT)
+  Q_PROPERTY(brindlet::ui::ReviewCompletedListModel* completed READ completed CONSTANT)
 
  public:
   explicit ReviewScreen(Dashboard& dashboard, QObject* parent = nullptr);

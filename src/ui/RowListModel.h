@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtQml/qqmlregistration.h>
+
 #include <QAbstractListModel>
 #include <QByteArray>
 #include <QList>
@@ -14,6 +16,8 @@ namespace brindlet::ui {
 /// or a drag on a row survives the next heartbeat; any other list replaces the whole.
 class RowListModel : public QAbstractListModel {
   Q_OBJECT
+  // Known to QML only as the base of the lists, so that their count is typed there.
+  QML_ANONYMOUS
   Q_PROPERTY(int count READ count NOTIFY countChanged)
 
  public:

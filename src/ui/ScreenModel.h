@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtQml/qqmlregistration.h>
+
 #include <QObject>
 #include <cstdint>
 
@@ -14,6 +16,8 @@ namespace brindlet::ui {
 /// `changed()` follows every state the dashboard presents.
 class ScreenModel : public QObject {
   Q_OBJECT
+  // Known to QML only as the base of the screens, so that their signal is typed there.
+  QML_ANONYMOUS
 
  public:
   explicit ScreenModel(Dashboard& dashboard, QObject* parent = nullptr);

@@ -25,7 +25,7 @@ struct TaskRowData {
 
 /// The rows of the queue or of the completed group. A new list of the same tasks in the same
 /// order only changes the rows that differ, so a drag in progress survives the next heartbeat.
-class TaskListModel : public RowListModel {
+class TaskListModel : public brindlet::ui::RowListModel {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Task lists come from the dashboard.")

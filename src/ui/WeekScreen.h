@@ -22,7 +22,7 @@ namespace brindlet::ui {
 /// Columns are numbered from 0 to 7: Monday to Sunday of the selected week, then the unscheduled
 /// column. Each column's cards come from a list model of its own that keeps its rows while the
 /// same tasks stay in it, so a card being dragged survives the heartbeat's new states.
-class WeekScreen : public ScreenModel {
+class WeekScreen : public brindlet::ui::ScreenModel {
   Q_OBJECT
   QML_ELEMENT
   QML_SINGLETON

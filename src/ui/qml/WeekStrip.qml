@@ -19,16 +19,16 @@ Row {
             id: day
 
             required property int index
-            readonly property var modelData: Dashboard.weekDays[index]
+            readonly property bool selected: Dashboard.selectedWeekDay === index
 
             objectName: "weekDay." + index
             width: root.dayWidth
             height: 58
             radius: Theme.rowRadius
-            color: modelData.selected ? Theme.tint(Theme.accent, 0.18)
-                                      : Theme.tint(Theme.primary, hover.hovered ? 0.07 : 0.04)
+            color: selected ? Theme.tint(Theme.accent, 0.18)
+                            : Theme.tint(Theme.primary, hover.hovered ? 0.07 : 0.04)
             Accessible.role: Accessible.Button
-            Accessible.name: modelData.accessibleName
+            Accessible.name: Dashboard.weekDayNames[index]
             Accessible.onPressAction: Dashboard.selectDay(index)
 
             Column {
@@ -37,15 +37,15 @@ Row {
                 Text {
                     objectName: "weekDayLabel"
                     anchors.horizontalCenter: parent.horizontalCenter
-                    text: day.modelData.label
+                    text: Dashboard.weekDayLabels[day.index]
                     font.pixelSize: Theme.bodySize
-                    font.weight: day.modelData.selected ? Font.DemiBold : Font.Normal
-                    color: day.modelData.selected ? Theme.accent : Theme.primary
+                    font.weight: day.selected ? Font.DemiBold : Font.Normal
+                    color: day.selected ? Theme.accent : Theme.primary
                 }
                 Text {
                     objectName: "weekDayCount"
                     anchors.horizontalCenter: parent.horizontalCenter
-                    text: day.modelData.count
+                    text: Dashboard.weekDayCounts[day.index]
                     font.pixelSize: Theme.smallSize
                     color: Theme.secondary
                 }
