@@ -18,7 +18,7 @@ class RowListModel : public QAbstractListModel {
   Q_OBJECT
   // Known to QML only as the base of the lists, so that their count is typed there.
   QML_ANONYMOUS
-  Q_PROPERTY(int count READ count NOTIFY countChanged)
+  Q_PROPERTY(int count READ count NOTIFY countChanged FINAL)
 
  public:
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
