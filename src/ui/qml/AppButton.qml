@@ -27,10 +27,6 @@ ButtonBase {
 
     implicitWidth: leftPadding + content.implicitWidth + rightPadding
     implicitHeight: topPadding + content.implicitHeight + bottomPadding
-    // Two weights and the body size for every button: each size and weight of text is a font
-    // the window has to load before it first shows.
-    font.pixelSize: Theme.bodySize
-    font.weight: prominent ? Font.DemiBold : Font.Normal
 
     Rectangle {
         anchors.fill: parent
@@ -60,6 +56,10 @@ ButtonBase {
             anchors.verticalCenter: parent.verticalCenter
             text: root.text
             color: root.tint
+            // Two weights and the body size for every button: each size and weight of text is a
+            // font the window has to load before it first shows.
+            font.pixelSize: Theme.bodySize
+            font.weight: root.prominent ? Font.DemiBold : Font.Normal
         }
     }
 }
