@@ -22,7 +22,7 @@ Column {
     Repeater {
         model: Dashboard.queue
         delegate: TaskRow {
-            width: root.width
+            width: parent.width
             reorderable: true
         }
     }
@@ -73,7 +73,7 @@ Column {
     Repeater {
         model: root.completedOpen ? Dashboard.completed : null
         delegate: TaskRow {
-            width: root.width
+            width: parent.width
             reorderable: false
         }
     }
