@@ -50,10 +50,6 @@ class DevicesViewTest : public UiTest {
   [[nodiscard]] QString statusSymbol() const {
     return item("devicesStatusIcon")->property("symbol").toString();
   }
-  [[nodiscard]] static QString accessibleName(QQuickItem* target) {
-    QAccessibleInterface* element = QAccessible::queryAccessibleInterface(target);
-    return element ? element->text(QAccessible::Name) : QString();
-  }
 };
 
 TEST_F(DevicesViewTest, WithoutACrossDeviceCoordinatorItWaitsForICloudAndShowsHowToPair) {

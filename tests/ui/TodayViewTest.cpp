@@ -136,6 +136,7 @@ TEST_F(TodayViewTest, TheCardShowsTuesdaysRunningTaskWhileTheQueueShowsThursday)
 TEST_F(TodayViewTest, TheWeekStripChangesTheDay) {
   launch({makeTask().titled("Gym").plannedOn(kTuesday)});
   EXPECT_EQ(textOf(item("weekDay.1")->findChild<QQuickItem*>("weekDayCount")), "1");
+  EXPECT_EQ(accessibleName(item("weekDay.1")), "17 Tue, 1 tasks");
   click(item("weekDay.1"));
   EXPECT_EQ(textOf(item("dayTitle")), "Tuesday, November 17");
   EXPECT_TRUE(item("weekDay.1")->property("selected").toBool());

@@ -1,5 +1,6 @@
 #include "UiFixture.h"
 
+#include <QAccessible>
 #include <QCoreApplication>
 #include <QDir>
 #include <QImage>
@@ -25,6 +26,11 @@ bool isButton(const QQuickItem* candidate) {
 }
 
 }  // namespace
+
+QString accessibleName(QQuickItem* target) {
+  QAccessibleInterface* element = QAccessible::queryAccessibleInterface(target);
+  return element ? element->text(QAccessible::Name) : QString();
+}
 
 UiTest::UiTest() { writeBytes(hostsPath, kPlainHosts); }
 

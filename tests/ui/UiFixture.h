@@ -37,6 +37,9 @@ inline constexpr LocalDay kSaturday{2026, 11, 21};
 inline constexpr LocalDay kTuesday{2026, 11, 17};
 inline constexpr LocalDay kThursday{2026, 11, 19};
 
+/// The name a screen reader gives `target`; empty for no item.
+[[nodiscard]] QString accessibleName(QQuickItem* target);
+
 /// The whole application over a temporary folder: a model composed over stand-in folders, a
 /// hosts file, a runner without privileges, a recording notification service and a clock that
 /// moves only when told; the host, the dashboard, the tray menu and the real main window.
