@@ -1,5 +1,6 @@
 #include "MainWindowLoad.h"
 
+#include <QCoreApplication>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
@@ -29,15 +30,29 @@ void readyFont(const TextStyle& style) {
   (void)QFontMetricsF(font).horizontalAdvance(QStringLiteral("Brindlet"));
 }
 
+void waitUntilRead(const QQmlComponent& component) {
+  // The loader thread reports through the event loop.
+  while (component.isLoading()) {
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
+                                    QEventLoop::WaitForMoreEvents);
+  }
+}
+
 }  // namespace
 
 std::span<const TextStyle> openingScreenTextStyles() { return kOpeningScreenTextStyles; }
 
 QQuickWindow* loadMainWindow(QQmlApplicationEngine& engine) {
   const QUrl mainWindow(QStringLiteral("qrc:/Brindlet/Main.qml"));
-  // Starts the loader thread on the window's files; the load below waits for what is left.
+  // Starts the loader thread on the window's files while this thread readies the fonts.
   const QQmlComponent reading(&engine, mainWindow, QQmlComponent::Asynchronous);
   for (const TextStyle& style : kOpeningScreenTextStyles) readyFont(style);
+  waitUntilRead(reading);
+  // The window's objects are made while the loader thread reads the opening screen's files.
+  // Asked for together with the window's own, they would be read in turn with them, and the
+  // window could start on its objects only once both were read.
+  const QQmlComponent readingOpeningScreen(
+      &engine, QUrl(QStringLiteral("qrc:/Brindlet/TodayView.qml")), QQmlComponent::Asynchronous);
   engine.load(mainWindow);
   if (engine.rootObjects().isEmpty()) return nullptr;
   return qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
