@@ -25,7 +25,9 @@ struct TextStyle {
 /// Loads the main window into `engine` and returns it, or null when it failed to load (the engine
 /// has reported why). While the engine's loader thread reads the window's files, the GUI thread
 /// readies the opening screen's fonts, which it would otherwise load one by one as it makes the
-/// texts: a font is readied per thread, so no other thread can do this ahead.
+/// texts: a font is readied per thread, so no other thread can do this ahead. The opening screen's
+/// files are read next, while the window's objects are made. The wait for the window's files runs
+/// the event loop, so events already posted, such as the model's first state, are handled then.
 QQuickWindow* loadMainWindow(QQmlApplicationEngine& engine);
 
 /// Runs `then` once, from the event loop, as soon as `window` has put out its first frame: for work
