@@ -159,7 +159,7 @@ int main(int argc, char* argv[]) {
     engine = std::make_unique<QQmlApplicationEngine>();
     host->deliverPublished();
     window = ui::loadMainWindow(*engine);
-    host->settle();
+    host->settle(ui::kModelPatienceAtStart);
     if (window != nullptr) ui::afterFirstFrame(*window, [&menuBar] { (void)menuBar->show(); });
   }
   if (window == nullptr) return 1;

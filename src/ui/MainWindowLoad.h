@@ -22,6 +22,10 @@ struct TextStyle {
 /// the weights that screen and the sidebar set them in.
 [[nodiscard]] std::span<const TextStyle> openingScreenTextStyles();
 
+/// How long the window waits at start for the model's start-up pass before it shows without it:
+/// many times what composing and recovering a plan of years takes.
+inline constexpr std::chrono::milliseconds kModelPatienceAtStart{250};
+
 /// Loads the main window into `engine` and returns it, or null when it failed to load (the engine
 /// has reported why). While the engine's loader thread reads the window's files, the GUI thread
 /// readies the opening screen's fonts, which it would otherwise load one by one as it makes the

@@ -1,6 +1,7 @@
 #include "ModelHost.h"
 
 #include <QCoreApplication>
+#include <QSemaphore>
 #include <QTimer>
 #include <utility>
 
@@ -102,6 +103,15 @@ void ModelHost::settle() {
   QMetaObject::invokeMethod(
       worker_, [] {}, Qt::BlockingQueuedConnection);
   deliverPublished();
+}
+
+bool ModelHost::settle(std::chrono::milliseconds patience) {
+  // Shared with the job, which may run after this wait has given up.
+  const auto done = std::make_shared<QSemaphore>();
+  runOnModelThread([done] { done->release(); });
+  const bool ran = done->tryAcquire(1, static_cast<int>(patience.count()));
+  deliverPublished();
+  return ran;
 }
 
 void ModelHost::deliverPublished() { QCoreApplication::sendPostedEvents(this); }

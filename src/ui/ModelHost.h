@@ -53,6 +53,9 @@ class ModelHost : public QObject {
   /// Waits until every job posted so far has run, then delivers what they published. Only for
   /// callers that may block the GUI thread briefly, such as tests and the shutdown path.
   void settle();
+  /// As `settle()`, but waits no longer than `patience`: returns whether every job had run. What
+  /// was published by then is delivered either way; the rest arrives through the event loop.
+  bool settle(std::chrono::milliseconds patience);
   /// Delivers what the model has published by now, without waiting for anything more.
   void deliverPublished();
 

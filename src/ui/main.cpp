@@ -54,8 +54,9 @@ int main(int argc, char* argv[]) {
   QQuickWindow* window = ui::loadMainWindow(engine);
   if (window == nullptr) return 1;
   // Otherwise the model was composed and recovered while the window loaded; either way its state
-  // is on show before the first frame.
-  host.settle();
+  // is on show before the first frame. A start-up pass held up by the disk, such as a stalled sync
+  // of the day's backup, delays the window by this much at most; its state follows when done.
+  host.settle(ui::kModelPatienceAtStart);
 
   // Asking the desktop for a tray and making the item's menu would hold the first frame up.
   ui::afterFirstFrame(*window, [&menuBar] {

@@ -4,10 +4,14 @@
 
 #include <QColor>
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QTest>
 #include <QThread>
 #include <atomic>
+#include <chrono>
+#include <future>
 
+#include "MainWindowLoad.h"
 #include "UiFixture.h"
 #include "app/AppModel.h"
 #include "persistence/LocalStore.h"
@@ -46,6 +50,43 @@ TEST_F(ShellTest, TheModelIsComposedOnItsOwnThreadBeforeItsFirstJob) {
   EXPECT_FALSE(composedOnThisThread);
   ASSERT_EQ(composing.state().tasks().size(), 1U);
   EXPECT_EQ(composing.state().tasks().front().title, "Composed elsewhere");
+}
+
+TEST_F(ShellTest, AStartUpPassThatFinishesWithinThePatienceIsOnShowWhenTheWaitEnds) {
+  launch({makeTask().titled("Recovered in time").plannedOn(kSaturday)});
+  ui::ModelHost starting([&] { return AppModel::compose(composition()); });
+  starting.setWindowShown(true);
+  EXPECT_TRUE(starting.settle(ui::kModelPatienceAtStart));
+  EXPECT_EQ(starting.recoverCount(), 1);
+  ASSERT_EQ(starting.state().selectedDayTasks().size(), 1U);
+  EXPECT_EQ(starting.state().selectedDayTasks().front().title, "Recovered in time");
+  starting.setWindowShown(false);
+  starting.settle();
+}
+
+TEST_F(ShellTest, AModelStalledAtStartHoldsTheWindowOnlyForThePatienceAndItsStateFollows) {
+  launch({makeTask().titled("Behind a stalled disk").plannedOn(kSaturday)});
+  std::promise<void> diskFreed;
+  std::shared_future<void> freed = diskFreed.get_future().share();
+  ui::ModelHost stalled([&, freed] {
+    freed.wait();
+    return AppModel::compose(composition());
+  });
+  stalled.setWindowShown(true);
+
+  QElapsedTimer waited;
+  waited.start();
+  EXPECT_FALSE(stalled.settle(std::chrono::milliseconds(50)));
+  EXPECT_GE(waited.elapsed(), 50);
+  EXPECT_LT(waited.elapsed(), 5000);
+  EXPECT_TRUE(stalled.state().tasks().empty());
+
+  diskFreed.set_value();
+  QTRY_VERIFY_WITH_TIMEOUT(stalled.recoverCount() == 1 && stalled.state().tasks().size() == 1,
+                           10000);
+  EXPECT_EQ(stalled.state().tasks().front().title, "Behind a stalled disk");
+  stalled.setWindowShown(false);
+  stalled.settle();
 }
 
 TEST_F(ShellTest, AStartUpPassBegunBeforeTheWindowLoadsIsNotRepeatedWhenItShows) {
