@@ -4,13 +4,17 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFont>
 #include <QTest>
 #include <algorithm>
+#include <chrono>
+#include <future>
 #include <vector>
 
 #include "MainWindowLoad.h"
 #include "UiFixture.h"
+#include "persistence/LocalStore.h"
 
 namespace brindlet::testing {
 namespace {
@@ -81,6 +85,58 @@ TEST_F(MainWindowLoadTest, TheLoadedWindowIsTheMainWindowWithTheDayOnShow) {
   launch({makeTask().titled("Water the plants").plannedOn(kSaturday)});
   EXPECT_EQ(window->title(), "Brindlet");
   EXPECT_EQ(queueTitles(), std::vector<QString>{"Water the plants"});
+}
+
+// A disk that keeps the model from loading until it is let go; let go at the latest when the test
+// ends, so that the model thread can always finish.
+class StalledDisk {
+ public:
+  StalledDisk() : freed_(released_.get_future().share()) {}
+  ~StalledDisk() { letGo(); }
+  StalledDisk(const StalledDisk&) = delete;
+  StalledDisk& operator=(const StalledDisk&) = delete;
+
+  void wait() const { freed_.wait(); }
+  void letGo() {
+    if (!letGo_) released_.set_value();
+    letGo_ = true;
+  }
+
+ private:
+  std::promise<void> released_;
+  std::shared_future<void> freed_;
+  bool letGo_ = false;
+};
+
+TEST_F(MainWindowLoadTest, AWindowWhoseModelIsHeldUpShowsAtOnceAndFillsInWhenTheModelIsReady) {
+  PersistedState document = PersistedState::initial();
+  document.tasks = {makeTask().titled("Behind a slow disk").plannedOn(kSaturday)};
+  LocalStore(folders.stateFile()).save(document);
+  StalledDisk disk;
+  host = std::make_unique<ui::ModelHost>([&] {
+    disk.wait();
+    return AppModel::compose(composition());
+  });
+  host->setWindowShown(true);
+  dashboard = std::make_unique<ui::Dashboard>(*host, clock);
+  engine = std::make_unique<QQmlApplicationEngine>();
+  window = ui::loadMainWindow(*engine);
+  ASSERT_NE(window, nullptr);
+
+  QElapsedTimer waited;
+  waited.start();
+  EXPECT_FALSE(host->settle(std::chrono::milliseconds(50)));
+  EXPECT_GE(waited.elapsed(), 50);
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+  frame();
+  EXPECT_TRUE(queueTitles().empty());
+
+  disk.letGo();
+  EXPECT_TRUE(QTest::qWaitFor(
+      [&] { return queueTitles() == std::vector<QString>{"Behind a slow disk"}; }, 10000));
+  EXPECT_EQ(host->recoverCount(), 1);
+  host->setWindowShown(false);
+  settle();
 }
 
 TEST(AfterFirstFrameTest, WorkLeftForAfterTheFirstFrameRunsOnceWhenItIsOut) {

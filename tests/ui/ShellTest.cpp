@@ -4,12 +4,9 @@
 
 #include <QColor>
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QTest>
 #include <QThread>
 #include <atomic>
-#include <chrono>
-#include <future>
 
 #include "MainWindowLoad.h"
 #include "UiFixture.h"
@@ -62,31 +59,6 @@ TEST_F(ShellTest, AStartUpPassThatFinishesWithinThePatienceIsOnShowWhenTheWaitEn
   EXPECT_EQ(starting.state().selectedDayTasks().front().title, "Recovered in time");
   starting.setWindowShown(false);
   starting.settle();
-}
-
-TEST_F(ShellTest, AModelStalledAtStartHoldsTheWindowOnlyForThePatienceAndItsStateFollows) {
-  launch({makeTask().titled("Behind a stalled disk").plannedOn(kSaturday)});
-  std::promise<void> diskFreed;
-  std::shared_future<void> freed = diskFreed.get_future().share();
-  ui::ModelHost stalled([&, freed] {
-    freed.wait();
-    return AppModel::compose(composition());
-  });
-  stalled.setWindowShown(true);
-
-  QElapsedTimer waited;
-  waited.start();
-  EXPECT_FALSE(stalled.settle(std::chrono::milliseconds(50)));
-  EXPECT_GE(waited.elapsed(), 50);
-  EXPECT_LT(waited.elapsed(), 5000);
-  EXPECT_TRUE(stalled.state().tasks().empty());
-
-  diskFreed.set_value();
-  QTRY_VERIFY_WITH_TIMEOUT(stalled.recoverCount() == 1 && stalled.state().tasks().size() == 1,
-                           10000);
-  EXPECT_EQ(stalled.state().tasks().front().title, "Behind a stalled disk");
-  stalled.setWindowShown(false);
-  stalled.settle();
 }
 
 TEST_F(ShellTest, AStartUpPassBegunBeforeTheWindowLoadsIsNotRepeatedWhenItShows) {
