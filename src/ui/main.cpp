@@ -53,9 +53,9 @@ int main(int argc, char* argv[]) {
   host.deliverPublished();
   QQuickWindow* window = ui::loadMainWindow(engine);
   if (window == nullptr) return 1;
-  // Otherwise the model was composed and recovered while the window loaded; either way its state
-  // is on show before the first frame. A start-up pass held up by the disk, such as a stalled sync
-  // of the day's backup, delays the window by this much at most; its state follows when done.
+  // The model has mostly been composed and recovered while the window loaded; what remains is
+  // waited for, so that the first frame shows the plan. A disk that holds the start-up pass up,
+  // as a stalled sync of the day's backup can, delays the window only this long; the plan follows.
   host.settle(ui::kModelPatienceAtStart);
 
   // Asking the desktop for a tray and making the item's menu would hold the first frame up.
