@@ -49,6 +49,7 @@ class Dashboard : public QObject {
   Q_PROPERTY(QStringList weekDayCounts READ weekDayCounts NOTIFY changed)
   Q_PROPERTY(QStringList weekDayNames READ weekDayNames NOTIFY changed)
   Q_PROPERTY(int selectedWeekDay READ selectedWeekDay NOTIFY changed)
+  Q_PROPERTY(bool planRead READ planRead NOTIFY changed)
   Q_PROPERTY(bool hasCardTask READ hasCardTask NOTIFY changed)
   Q_PROPERTY(QString cardStatus READ cardStatus NOTIFY changed)
   Q_PROPERTY(QString cardLabel READ cardLabel NOTIFY changed)
@@ -95,6 +96,8 @@ class Dashboard : public QObject {
   [[nodiscard]] QStringList weekDayCounts() const { return weekStrip().counts; }
   [[nodiscard]] QStringList weekDayNames() const { return weekStrip().names; }
   [[nodiscard]] int selectedWeekDay() const { return weekStrip().selected; }
+  /// False only while the model has yet to read the plan, which a slow disk can hold up.
+  [[nodiscard]] bool planRead() const { return host_.hasModelState(); }
   [[nodiscard]] bool hasCardTask() const { return cardTask().has_value(); }
   [[nodiscard]] QString cardStatus() const;
   [[nodiscard]] QString cardLabel() const;

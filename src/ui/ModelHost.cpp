@@ -8,7 +8,7 @@
 namespace brindlet::ui {
 
 ModelHost::ModelHost(std::unique_ptr<AppModel> model, QObject* parent)
-    : QObject(parent), model_(std::move(model)), state_(model_->state()) {
+    : QObject(parent), model_(std::move(model)), state_(model_->state()), hasModelState_(true) {
   startThread();
   forwardChanges();
 }
@@ -118,6 +118,7 @@ void ModelHost::deliverPublished() { QCoreApplication::sendPostedEvents(this); }
 
 void ModelHost::receive(const AppModelState& state, std::uint64_t sequence) {
   state_ = state;
+  hasModelState_ = true;
   publishedSequence_ = sequence;
   emit stateChanged();
 }

@@ -59,6 +59,9 @@ class ModelHost : public QObject {
   /// Delivers what the model has published by now, without waiting for anything more.
   void deliverPublished();
 
+  /// Whether the model has sent its state yet; until it has, `state()` is an empty plan that stands
+  /// in for the one not yet read.
+  [[nodiscard]] bool hasModelState() const { return hasModelState_; }
   [[nodiscard]] int recoverCount() const { return recoverCount_.load(); }
   [[nodiscard]] int heartbeatCount() const { return heartbeatCount_.load(); }
   [[nodiscard]] bool heartbeatRunning() const { return heartbeatRunning_.load(); }
@@ -78,6 +81,7 @@ class ModelHost : public QObject {
   QObject* worker_ = nullptr;
   QTimer* heartbeat_ = nullptr;
   AppModelState state_;
+  bool hasModelState_ = false;
   std::uint64_t publishedSequence_ = 0;
   std::uint64_t nextSequence_ = 0;
   // Written only on the model thread: the number of the last job that has run there.

@@ -130,6 +130,7 @@ TEST_F(MainWindowLoadTest, AWindowWhoseModelIsHeldUpShowsAtOnceAndFillsInWhenThe
   ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
   frame();
   EXPECT_TRUE(queueTitles().empty());
+  EXPECT_EQ(item("dayCleared"), nullptr) << "an unread plan shows as a cleared day";
 
   disk.letGo();
   EXPECT_TRUE(QTest::qWaitFor(

@@ -121,7 +121,8 @@ FocusCard {
 
     Loader {
         width: parent.width
-        active: !Dashboard.hasCardTask
+        // A plan not yet read is not known to be empty.
+        active: Dashboard.planRead && !Dashboard.hasCardTask
         visible: active
         sourceComponent: Column {
             objectName: "dayCleared"
