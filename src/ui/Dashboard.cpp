@@ -175,6 +175,7 @@ void Dashboard::saveEditor() {
 QString Dashboard::dayTitle() const { return qs(headerDate(state_.selectedDay, state_.calendar)); }
 
 QString Dashboard::workloadText() const {
+  if (!planRead()) return {};
   return qs(ui::workloadText(PlannerEngine::workload(state_.tasks(), state_.selectedDay)));
 }
 
@@ -186,8 +187,9 @@ const Dashboard::WeekStrip& Dashboard::weekStrip() const {
     const QString label = qs(state_.dayLabel(days[i]));
     const auto count = PlannerEngine::workload(state_.tasks(), days[i]).taskCount;
     strip.labels << label;
-    strip.counts << QString::number(count);
-    strip.names << QStringLiteral("%1, %2 tasks").arg(label).arg(count);
+    // Until the plan is read, no day is known to hold nothing.
+    strip.counts << (planRead() ? QString::number(count) : QString());
+    strip.names << (planRead() ? QStringLiteral("%1, %2 tasks").arg(label).arg(count) : label);
     if (days[i] == state_.selectedDay) strip.selected = static_cast<int>(i);
   }
   return strip;

@@ -131,11 +131,16 @@ TEST_F(MainWindowLoadTest, AWindowWhoseModelIsHeldUpShowsAtOnceAndFillsInWhenThe
   frame();
   EXPECT_TRUE(queueTitles().empty());
   EXPECT_EQ(item("dayCleared"), nullptr) << "an unread plan shows as a cleared day";
+  EXPECT_EQ(item("workload")->property("text").toString(), "");
+  EXPECT_EQ(item("weekDay.5")->findChild<QQuickItem*>("weekDayCount")->property("text").toString(),
+            "");
 
   disk.letGo();
   EXPECT_TRUE(QTest::qWaitFor(
       [&] { return queueTitles() == std::vector<QString>{"Behind a slow disk"}; }, 10000));
   EXPECT_EQ(host->recoverCount(), 1);
+  EXPECT_EQ(item("weekDay.5")->findChild<QQuickItem*>("weekDayCount")->property("text").toString(),
+            "1");
   host->setWindowShown(false);
   settle();
 }
