@@ -172,7 +172,11 @@ void Dashboard::saveEditor() {
 
 // ---- Today ----
 
-QString Dashboard::dayTitle() const { return qs(headerDate(state_.selectedDay, state_.calendar)); }
+QString Dashboard::dayTitle() const {
+  // Before the plan is read, neither the day nor the calendar is the user's yet.
+  if (!planRead()) return {};
+  return qs(headerDate(state_.selectedDay, state_.calendar));
+}
 
 QString Dashboard::workloadText() const {
   if (!planRead()) return {};
@@ -183,13 +187,17 @@ const Dashboard::WeekStrip& Dashboard::weekStrip() const {
   if (weekStrip_) return *weekStrip_;
   WeekStrip& strip = weekStrip_.emplace();
   const std::vector<LocalDay> days = state_.weekDays();
+  if (!planRead()) {
+    // Until the plan is read, the cells stand empty: no day or count is known yet.
+    strip.labels = strip.counts = strip.names = QStringList(static_cast<int>(days.size()));
+    return strip;
+  }
   for (std::size_t i = 0; i < days.size(); ++i) {
     const QString label = qs(state_.dayLabel(days[i]));
     const auto count = PlannerEngine::workload(state_.tasks(), days[i]).taskCount;
     strip.labels << label;
-    // Until the plan is read, no day is known to hold nothing.
-    strip.counts << (planRead() ? QString::number(count) : QString());
-    strip.names << (planRead() ? QStringLiteral("%1, %2 tasks").arg(label).arg(count) : label);
+    strip.counts << QString::number(count);
+    strip.names << QStringLiteral("%1, %2 tasks").arg(label).arg(count);
     if (days[i] == state_.selectedDay) strip.selected = static_cast<int>(i);
   }
   return strip;

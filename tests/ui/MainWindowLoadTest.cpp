@@ -129,9 +129,12 @@ TEST_F(MainWindowLoadTest, AWindowWhoseModelIsHeldUpShowsAtOnceAndFillsInWhenThe
   EXPECT_GE(waited.elapsed(), 50);
   ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
   frame();
+  screenshot("today-plan-unread");
   EXPECT_TRUE(queueTitles().empty());
   EXPECT_EQ(item("dayCleared"), nullptr) << "an unread plan shows as a cleared day";
+  EXPECT_EQ(item("dayTitle")->property("text").toString().trimmed(), "");
   EXPECT_EQ(item("workload")->property("text").toString(), "");
+  EXPECT_EQ(item("footerCaption")->parentItem()->opacity(), 0.0) << "protection shows as off";
   EXPECT_EQ(item("weekDay.5")->findChild<QQuickItem*>("weekDayCount")->property("text").toString(),
             "");
 
@@ -139,6 +142,8 @@ TEST_F(MainWindowLoadTest, AWindowWhoseModelIsHeldUpShowsAtOnceAndFillsInWhenThe
   EXPECT_TRUE(QTest::qWaitFor(
       [&] { return queueTitles() == std::vector<QString>{"Behind a slow disk"}; }, 10000));
   EXPECT_EQ(host->recoverCount(), 1);
+  EXPECT_EQ(item("dayTitle")->property("text").toString(), "Saturday, November 21");
+  EXPECT_EQ(item("footerCaption")->parentItem()->opacity(), 1.0);
   EXPECT_EQ(item("weekDay.5")->findChild<QQuickItem*>("weekDayCount")->property("text").toString(),
             "1");
   host->setWindowShown(false);

@@ -27,6 +27,8 @@ Column {
     Row {
         leftPadding: 10
         spacing: 8
+        // Protection is not known to be off before the model has read it.
+        opacity: Dashboard.planRead ? 1 : 0
         Rectangle {
             objectName: "footerDot"
             anchors.verticalCenter: parent.verticalCenter

@@ -19,7 +19,9 @@ Item {
         }
         Text {
             objectName: "dayTitle"
-            text: Dashboard.dayTitle
+            // Until the plan is read there is no title, but its line is kept, so that nothing
+            // below moves when it comes.
+            text: Dashboard.dayTitle.length > 0 ? Dashboard.dayTitle : " "
             font.pixelSize: Theme.titleSize
             font.bold: true
             color: Theme.primary
