@@ -96,7 +96,8 @@ class StalledDisk {
   StalledDisk(const StalledDisk&) = delete;
   StalledDisk& operator=(const StalledDisk&) = delete;
 
-  void wait() const { freed_.wait(); }
+  /// For the model thread to wait on; its own copy outlives this disk.
+  [[nodiscard]] std::shared_future<void> freed() const { return freed_; }
   void letGo() {
     if (!letGo_) released_.set_value();
     letGo_ = true;
@@ -113,8 +114,8 @@ TEST_F(MainWindowLoadTest, AWindowWhoseModelIsHeldUpShowsAtOnceAndFillsInWhenThe
   document.tasks = {makeTask().titled("Behind a slow disk").plannedOn(kSaturday)};
   LocalStore(folders.stateFile()).save(document);
   StalledDisk disk;
-  host = std::make_unique<ui::ModelHost>([&] {
-    disk.wait();
+  host = std::make_unique<ui::ModelHost>([this, freed = disk.freed()] {
+    freed.wait();
     return AppModel::compose(composition());
   });
   host->setWindowShown(true);
