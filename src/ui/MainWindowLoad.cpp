@@ -12,6 +12,8 @@
 #include <memory>
 #include <utility>
 
+#include "FontConfiguration.h"
+
 namespace brindlet::ui {
 namespace {
 
@@ -46,6 +48,7 @@ QQuickWindow* loadMainWindow(QQmlApplicationEngine& engine) {
   const QUrl mainWindow(QStringLiteral("qrc:/Brindlet/Main.qml"));
   // Starts the loader thread on the window's files while this thread readies the fonts.
   const QQmlComponent reading(&engine, mainWindow, QQmlComponent::Asynchronous);
+  readyFontConfiguration(TextLaidOut::maybe);
   for (const TextStyle& style : kOpeningScreenTextStyles) readyFont(style);
   waitUntilRead(reading);
   // The window's objects are made while the loader thread reads the opening screen's files.

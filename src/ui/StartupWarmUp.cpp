@@ -1,6 +1,6 @@
 #include "StartupWarmUp.h"
 
-#include <fontconfig/fontconfig.h>
+#include <QCoreApplication>
 
 #include "SymbolIcon.h"
 #include "support/Calendar.h"
@@ -20,7 +20,10 @@ void readyDateFormats() {
 
 }  // namespace
 
-StartupWarmUp::StartupWarmUp() : thread_([this](const std::stop_token& stop) { run(stop); }) {}
+StartupWarmUp::StartupWarmUp()
+    : textLaidOut_(QCoreApplication::instance() == nullptr ? TextLaidOut::notYet
+                                                           : TextLaidOut::maybe),
+      thread_([this](const std::stop_token& stop) { run(stop); }) {}
 
 StartupWarmUp::IconsAllowed StartupWarmUp::applicationStarted() {
   {
@@ -37,9 +40,7 @@ void StartupWarmUp::finish() {
 }
 
 void StartupWarmUp::run(const std::stop_token& stop) {
-  // Reads the font configuration and the installed fonts' caches once for the process; Qt's font
-  // database finds them loaded when the first text is laid out.
-  FcInit();
+  readyFontConfiguration(textLaidOut_);
   readyDateFormats();
   if (waitForApplication(stop)) SymbolIcon::drawBundled(stop);
 }

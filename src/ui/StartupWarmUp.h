@@ -6,13 +6,17 @@
 #include <thread>
 #include <utility>
 
+#include "FontConfiguration.h"
+
 namespace brindlet::ui {
 
 /// Readies, on a thread of its own, process-wide work that the first frame needs but that needn't
 /// hold up the window in line. Made first thing in main, so that the application object and the
 /// window load on the GUI thread meanwhile. The font configuration and the date formats of the
 /// user's calendar are readied at once; the bundled icons only once the application object
-/// exists, since drawing reads the application's font and platform.
+/// exists, since drawing reads the application's font and platform. Made before the application
+/// object, it loads the font configuration before any text is laid out: nothing may lay out text
+/// before the window loads, which waits for that load.
 class StartupWarmUp {
  public:
   /// Ends the icons' drawing when it goes; to be kept no longer than the application object.
@@ -48,6 +52,7 @@ class StartupWarmUp {
   std::mutex mutex_;
   std::condition_variable_any applicationStartedChanged_;
   bool applicationStarted_ = false;
+  const TextLaidOut textLaidOut_;
   // Last, so that it is joined before what it uses goes.
   std::jthread thread_;
 };
