@@ -74,7 +74,21 @@ std::vector<MenuBarItem::Entry> MenuBarItem::entriesFor(const AppModelState& sta
   std::vector<Entry> entries{
       {.text = QStringLiteral("Open Brindlet"), .choose = [this] { emit openRequested(); }},
       separator};
+  // Until the plan is read, the menu claims nothing about the task or the protection.
+  if (host_.hasModelState()) {
+    appendPlanEntries(entries, state);
+    entries.push_back(separator);
+  }
+  // Queued, so that the menu has closed before the app starts to end.
+  entries.push_back({.text = QStringLiteral("Quit"), .choose = [] {
+                       QMetaObject::invokeMethod(qApp, &QCoreApplication::quit,
+                                                 Qt::QueuedConnection);
+                     }});
+  return entries;
+}
 
+void MenuBarItem::appendPlanEntries(std::vector<Entry>& entries, const AppModelState& state) {
+  const Entry separator{.separator = true};
   if (const std::optional<FocusTask> task = state.activeTask()) {
     entries.push_back({.text = qs(task->title), .heading = true});
     entries.push_back({.text = QStringLiteral("%1 focused").arg(qs(state.elapsedText(*task)))});
@@ -106,13 +120,6 @@ std::vector<MenuBarItem::Entry> MenuBarItem::entriesFor(const AppModelState& sta
                          }});
     }
   }
-  entries.push_back(separator);
-  // Queued, so that the menu has closed before the app starts to end.
-  entries.push_back({.text = QStringLiteral("Quit"), .choose = [] {
-                       QMetaObject::invokeMethod(qApp, &QCoreApplication::quit,
-                                                 Qt::QueuedConnection);
-                     }});
-  return entries;
 }
 
 void MenuBarItem::fill(QMenu& menu) const {

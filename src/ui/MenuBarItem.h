@@ -52,6 +52,8 @@ class MenuBarItem : public QObject {
 
   void rebuild();
   [[nodiscard]] std::vector<Entry> entriesFor(const AppModelState& state);
+  /// The entries of the active task and the protection, as `state` has them.
+  void appendPlanEntries(std::vector<Entry>& entries, const AppModelState& state);
   void fill(QMenu& menu) const;
 
   ModelHost& host_;

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "MainWindowLoad.h"
+#include "MenuBarItem.h"
 #include "UiFixture.h"
 #include "persistence/LocalStore.h"
 
@@ -109,26 +110,39 @@ class StalledDisk {
   bool letGo_ = false;
 };
 
-TEST_F(MainWindowLoadTest, AWindowWhoseModelIsHeldUpShowsAtOnceAndFillsInWhenTheModelIsReady) {
-  PersistedState document = PersistedState::initial();
-  document.tasks = {makeTask().titled("Behind a slow disk").plannedOn(kSaturday)};
-  LocalStore(folders.stateFile()).save(document);
-  StalledDisk disk;
-  host = std::make_unique<ui::ModelHost>([this, freed = disk.freed()] {
-    freed.wait();
-    return AppModel::compose(composition());
-  });
-  host->setWindowShown(true);
-  dashboard = std::make_unique<ui::Dashboard>(*host, clock);
-  engine = std::make_unique<QQmlApplicationEngine>();
-  window = ui::loadMainWindow(*engine);
-  ASSERT_NE(window, nullptr);
+class HeldUpModelTest : public MainWindowLoadTest {
+ protected:
+  // The window and the tray item over a plan of one task, whose model is held up by `disk`.
+  void launchBehind(const StalledDisk& disk) {
+    PersistedState document = PersistedState::initial();
+    document.tasks = {makeTask().titled("Behind a slow disk").plannedOn(kSaturday)};
+    LocalStore(folders.stateFile()).save(document);
+    host = std::make_unique<ui::ModelHost>([this, freed = disk.freed()] {
+      freed.wait();
+      return AppModel::compose(composition());
+    });
+    host->setWindowShown(true);
+    dashboard = std::make_unique<ui::Dashboard>(*host, clock);
+    menuBar = std::make_unique<ui::MenuBarItem>(*host);
+    engine = std::make_unique<QQmlApplicationEngine>();
+    window = ui::loadMainWindow(*engine);
+    ASSERT_NE(window, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+  }
 
+  void tearDownWindow() {
+    host->setWindowShown(false);
+    settle();
+  }
+};
+
+TEST_F(HeldUpModelTest, AWindowWhoseModelIsHeldUpShowsAtOnceAndFillsInWhenTheModelIsReady) {
+  StalledDisk disk;
+  launchBehind(disk);
   QElapsedTimer waited;
   waited.start();
   EXPECT_FALSE(host->settle(std::chrono::milliseconds(50)));
   EXPECT_GE(waited.elapsed(), 50);
-  ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
   frame();
   screenshot("today-plan-unread");
   EXPECT_TRUE(queueTitles().empty());
@@ -147,8 +161,36 @@ TEST_F(MainWindowLoadTest, AWindowWhoseModelIsHeldUpShowsAtOnceAndFillsInWhenThe
   EXPECT_EQ(item("footerCaption")->parentItem()->opacity(), 1.0);
   EXPECT_EQ(item("weekDay.5")->findChild<QQuickItem*>("weekDayCount")->property("text").toString(),
             "1");
-  host->setWindowShown(false);
-  settle();
+  tearDownWindow();
+}
+
+TEST_F(HeldUpModelTest, AnotherScreenChosenBeforeThePlanIsReadIsMadeOnceThePlanIsThere) {
+  StalledDisk disk;
+  launchBehind(disk);
+  // Clicked without waiting for the model, which is held up.
+  frame();
+  QTest::mouseClick(window, Qt::LeftButton, {}, centreOf(item("destination.Week")).toPoint());
+  frame();
+  EXPECT_EQ(dashboard->destination(), 1);
+  EXPECT_EQ(item("detail")->property("item").value<QObject*>(), nullptr)
+      << "a screen shows a plan it has not read";
+
+  disk.letGo();
+  EXPECT_TRUE(QTest::qWaitFor(
+      [&] { return item("detail")->property("item").value<QObject*>() != nullptr; }, 10000));
+  EXPECT_TRUE(item("detail")->property("source").toUrl().toString().endsWith("WeekView.qml"));
+  tearDownWindow();
+}
+
+TEST_F(HeldUpModelTest, TheTrayMenuClaimsNothingAboutTheTaskOrTheProtectionBeforeThePlanIsRead) {
+  StalledDisk disk;
+  launchBehind(disk);
+  EXPECT_EQ(menuBar->entries(), (QStringList{"Open Brindlet", "---", "Quit"}));
+
+  disk.letGo();
+  const QStringList planned{"Open Brindlet", "---", "·Protection Off", "---", "Quit"};
+  EXPECT_TRUE(QTest::qWaitFor([&] { return menuBar->entries() == planned; }, 10000));
+  tearDownWindow();
 }
 
 TEST(AfterFirstFrameTest, WorkLeftForAfterTheFirstFrameRunsOnceWhenItIsOut) {

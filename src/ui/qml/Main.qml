@@ -37,6 +37,9 @@ Window {
         anchors.left: divider.right
         anchors.right: parent.right
         height: parent.height
+        // Today stands as an empty frame until the plan is read; any other screen chosen by
+        // then is made once the plan is there, rather than showing a plan it has not read.
+        active: Dashboard.planRead || Dashboard.destination <= 0
         // In the order of the sidebar; a cleared selection shows Today. Each screen is read
         // the first time it is chosen, so that starting up reads only the one on show.
         source: ["TodayView.qml", "WeekView.qml", "ReviewView.qml", "BlockingDashboardView.qml",
