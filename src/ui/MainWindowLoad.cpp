@@ -23,13 +23,18 @@ constexpr std::array kOpeningScreenTextStyles{
     TextStyle{28, QFont::Bold},
 };
 
+// The letters, digits and signs that titles, dates and durations are mostly written in.
+constexpr QStringView kCommonCharacters =
+    u"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789 ,.:;-()'&/+%";
+
 void readyFont(const TextStyle& style) {
   QFont font = QGuiApplication::font();
   font.setPixelSize(style.pixelSize);
   font.setWeight(style.weight);
   // Measuring a text loads the font's engine into this thread's cache, where the window's texts
-  // find it.
-  (void)QFontMetricsF(font).horizontalAdvance(QStringLiteral("Brindlet"));
+  // find it, together with the measures of its characters: laying the texts out then looks them
+  // up instead of loading each glyph.
+  (void)QFontMetricsF(font).horizontalAdvance(kCommonCharacters.toString());
 }
 
 void waitUntilRead(const QQmlComponent& component) {
