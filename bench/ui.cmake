@@ -2,7 +2,7 @@
 if(TARGET brindlet_ui)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Gui Qml Quick)
   add_executable(ui_startup_bench ${CMAKE_CURRENT_SOURCE_DIR}/UiStartupBench.cpp)
-  target_link_libraries(ui_startup_bench PRIVATE brindlet_ui brindlet_uiplugin)
+  target_link_libraries(ui_startup_bench PRIVATE brindlet_qt_first brindlet_ui brindlet_uiplugin)
   # The yardstick is a program of its own, linking only Qt Quick, so that it starts as any bare
   # Qt Quick program does.
   add_executable(ui_yardstick_window ${CMAKE_CURRENT_SOURCE_DIR}/UiYardstickWindow.cpp)
