@@ -51,17 +51,16 @@ int main(int argc, char* argv[]) {
   if (engine.rootObjects().isEmpty()) return 1;
   auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
 
-  qint64 firstFrame = -1;
+  double firstFrame = -1;
   double sinceLaunch = -1;
   QObject::connect(window, &QQuickWindow::frameSwapped, &app, [&] {
     if (firstFrame >= 0) return;
-    firstFrame = sinceMain.elapsed();
+    firstFrame = static_cast<double>(sinceMain.nsecsElapsed()) / 1e6;
     sinceLaunch = brindlet::bench::millisecondsSinceLaunch();
     // Memory settles once the first frame is out and pending work is done.
     QTimer::singleShot(500, &app, [&] {
-      std::printf("%s first_frame_ms=%lld from_launch_ms=%.0f rss_kb=%ld\n", mode.c_str(),
-                  static_cast<long long>(firstFrame), sinceLaunch,
-                  brindlet::bench::residentKilobytes());
+      std::printf("%s first_frame_ms=%.1f from_launch_ms=%.1f rss_kb=%ld\n", mode.c_str(),
+                  firstFrame, sinceLaunch, brindlet::bench::residentKilobytes());
       QCoreApplication::quit();
     });
   });
