@@ -117,17 +117,10 @@ class HeldUpModelTest : public MainWindowLoadTest {
     PersistedState document = PersistedState::initial();
     document.tasks = {makeTask().titled("Behind a slow disk").plannedOn(kSaturday)};
     LocalStore(folders.stateFile()).save(document);
-    host = std::make_unique<ui::ModelHost>([this, freed = disk.freed()] {
+    openWindow([this, freed = disk.freed()] {
       freed.wait();
       return AppModel::compose(composition());
     });
-    host->setWindowShown(true);
-    dashboard = std::make_unique<ui::Dashboard>(*host, clock);
-    menuBar = std::make_unique<ui::MenuBarItem>(*host);
-    engine = std::make_unique<QQmlApplicationEngine>();
-    window = ui::loadMainWindow(*engine);
-    ASSERT_NE(window, nullptr);
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
   }
 
   void tearDownWindow() {

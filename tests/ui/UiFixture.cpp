@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QImage>
 #include <QTest>
+#include <utility>
 
 #include "MainWindowLoad.h"
 #include "SessionFixture.h"
@@ -47,7 +48,12 @@ void UiTest::launch(const std::vector<FocusTask>& tasks) {
   LocalStore(folders.stateFile()).save(state);
 
   // As in the app, the model is composed on its own thread while the window loads.
-  host = std::make_unique<ui::ModelHost>([this] { return AppModel::compose(composition()); });
+  openWindow([this] { return AppModel::compose(composition()); });
+  settle();
+}
+
+void UiTest::openWindow(ui::ModelHost::ModelFactory makeModel) {
+  host = std::make_unique<ui::ModelHost>(std::move(makeModel));
   // The heartbeat is the tests' to give; a real second never passes here.
   host->setHeartbeatInterval(std::chrono::hours(1));
   dashboard = std::make_unique<ui::Dashboard>(*host, clock);
@@ -56,7 +62,6 @@ void UiTest::launch(const std::vector<FocusTask>& tasks) {
   window = ui::loadMainWindow(*engine);
   ASSERT_NE(window, nullptr);
   ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
-  settle();
 }
 
 AppModel::Composition UiTest::composition() const {

@@ -50,6 +50,9 @@ class UiTest : public ::testing::Test {
 
   /// Writes the document with these tasks, composes the model and opens the main window.
   void launch(const std::vector<FocusTask>& tasks = {});
+  /// Opens the main window and the tray menu over the model `makeModel` makes on the model
+  /// thread, and waits until the window is on screen, but not for the model.
+  void openWindow(ui::ModelHost::ModelFactory makeModel);
   /// What the model is composed of: the fixture's folders, hosts file, runner, clock and calendar.
   [[nodiscard]] AppModel::Composition composition() const;
   /// Runs the jobs posted so far and brings the window up to date with what they published.
