@@ -18,7 +18,7 @@ Item {
         anchors.fill: parent
         gradient: Gradient {
             GradientStop { position: 0; color: Theme.background }
-            GradientStop { position: 1; color: Qt.tint(Theme.background, Theme.tint(Theme.accent, 0.05)) }
+            GradientStop { position: 1; color: Theme.backgroundShade }
         }
     }
 
