@@ -8,14 +8,18 @@
 #include <QString>
 #include <stop_token>
 
+#include "Theme.h"
+
 namespace brindlet::ui {
 
-/// One of the bundled icons, by its symbol name, drawn in a single colour. It stands in for the
-/// stock icon item so that the first screen opens without loading the stock controls. It shows
-/// the shared drawn image as a texture: no painter, and no image of its own, per icon on screen.
+/// One of the bundled icons, by its symbol name, drawn in a single colour: the secondary text
+/// colour unless given one, 16 pixels square unless given a size. Screens know it as `AppIcon`. It
+/// stands in for the stock icon item so that the first screen opens without loading the stock
+/// controls. It shows the shared drawn image as a texture: no painter, and no image of its own,
+/// per icon on screen.
 class SymbolIcon : public QQuickItem {
   Q_OBJECT
-  QML_ELEMENT
+  QML_NAMED_ELEMENT(AppIcon)
   Q_PROPERTY(QString symbol READ symbol WRITE setSymbol NOTIFY symbolChanged)
   Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
   /// The side of the square icon in logical pixels; it is both the icon's size and its implicit
@@ -56,7 +60,7 @@ class SymbolIcon : public QQuickItem {
 
  private:
   QString symbol_;
-  QColor color_{Qt::black};
+  QColor color_{Theme::kSecondary};
   int iconSize_ = 0;
 };
 

@@ -49,6 +49,9 @@ class Theme : public QObject {
   Q_PROPERTY(int titleSize MEMBER titleSize CONSTANT)
 
  public:
+  /// The colour of secondary text, and of icons given no colour of their own.
+  static constexpr QColor kSecondary{0x6a, 0x72, 0x85};
+
   using QObject::QObject;
 
   /// `base` at `opacity`, whatever opacity `base` had.
@@ -60,7 +63,7 @@ class Theme : public QObject {
   const QColor sidebar{0xec, 0xee, 0xf4};
   const QColor surface{0xff, 0xff, 0xff};
   const QColor primary{0x1c, 0x21, 0x30};
-  const QColor secondary{0x6a, 0x72, 0x85};
+  const QColor secondary = kSecondary;
   const QColor faint{0xa9, 0xaf, 0xbd};
   const QColor accent{0x45, 0x63, 0xe6};
   const QColor accentText{0xff, 0xff, 0xff};

@@ -5,11 +5,14 @@
 #include <QDir>
 #include <QImage>
 #include <QPainter>
+#include <QQmlComponent>
+#include <QQmlEngine>
 #include <QQuickStyle>
 #include <QQuickWindow>
 #include <QSvgRenderer>
 #include <QTest>
 #include <cstdlib>
+#include <memory>
 #include <thread>
 
 #include "ControlsStyle.h"
@@ -197,6 +200,22 @@ int pixelsOf(QQuickWindow& window, QColor color) {
     }
   }
   return count;
+}
+
+TEST(SymbolIconTest, AScreensIconGivenNoColourOrSizeIsInTheSecondaryTextColourAndSixteenPixels) {
+  QQmlEngine engine;
+  QQmlComponent component(&engine);
+  component.setData(
+      "import QtQuick\nimport Brindlet\n"
+      "Item { property color secondary: Theme.secondary; AppIcon { symbol: \"circle\" } }",
+      QUrl(QStringLiteral("qrc:/IconProbe.qml")));
+  const std::unique_ptr<QObject> probe(component.create());
+  ASSERT_NE(probe, nullptr) << component.errorString().toStdString();
+  const auto icons = probe->findChildren<ui::SymbolIcon*>();
+  ASSERT_EQ(icons.size(), 1);
+  EXPECT_EQ(icons.front()->color(), probe->property("secondary").value<QColor>());
+  EXPECT_EQ(icons.front()->implicitWidth(), 16);
+  EXPECT_EQ(icons.front()->implicitHeight(), 16);
 }
 
 TEST(SymbolIconTest, AnIconOnScreenFollowsItsColourSymbolAndSize) {
