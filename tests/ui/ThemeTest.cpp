@@ -28,9 +28,10 @@ TEST(ThemeTest, ATintIsTheBaseColourAtTheGivenOpacityWhateverOpacityTheBaseHad) 
   QQmlEngine engine;
   const auto probe = boundTo(engine,
                              "property color accent: Theme.tint(Theme.accent, 0.06)\n"
-                             "property color outline: Theme.tint(Theme.cardOutline, 1)");
+                             "property color outline: Theme.tint(Theme.cardOutline, 1)\n"
+                             "property color base: Theme.accent");
   ASSERT_NE(probe, nullptr);
-  EXPECT_EQ(colorOf(*probe, "accent").rgb(), QColor(0x45, 0x63, 0xe6).rgb());
+  EXPECT_EQ(colorOf(*probe, "accent").rgb(), colorOf(*probe, "base").rgb());
   EXPECT_NEAR(colorOf(*probe, "accent").alphaF(), 0.06, 0.002);
   EXPECT_EQ(colorOf(*probe, "outline").alpha(), 255);
 }
