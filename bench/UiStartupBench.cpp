@@ -112,12 +112,10 @@ int main(int argc, char* argv[]) {
 
   QElapsedTimer sinceStart;
   sinceStart.start();
-  // As the app does: fonts and date formats are readied beside the start-up.
+  // As the app does: the font configuration is loaded beside the start-up.
   std::optional<ui::StartupWarmUp> warmUp;
   if (runsApp) warmUp.emplace();
   QApplication app(argc, argv);
-  std::optional<ui::StartupWarmUp::IconsAllowed> iconsAllowed;
-  if (warmUp) iconsAllowed.emplace(warmUp->applicationStarted());
   ui::chooseControlsStyle();
 
   std::unique_ptr<ui::ModelHost> host;

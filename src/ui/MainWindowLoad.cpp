@@ -13,6 +13,10 @@
 #include <utility>
 
 #include "FontConfiguration.h"
+#include "SymbolIcon.h"
+#include "support/Calendar.h"
+#include "support/Clock.h"
+#include "support/DateText.h"
 
 namespace brindlet::ui {
 namespace {
@@ -37,8 +41,22 @@ void readyFont(const TextStyle& style) {
   (void)QFontMetricsF(font).horizontalAdvance(kCommonCharacters.toString());
 }
 
+void readyDateFormats() {
+  const Calendar calendar = Calendar::current();
+  const Instant now = SystemClock().now();
+  for (const std::u16string_view skeleton : {kLongDaySkeleton, kShortDaySkeleton}) {
+    (void)dateText(now, calendar, skeleton);
+  }
+}
+
+// The loader thread reports through the event loop: these handle what it has posted, the first
+// without waiting for more.
+bool stillReading(const QQmlComponent& component) {
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  return component.isLoading();
+}
+
 void waitUntilRead(const QQmlComponent& component) {
-  // The loader thread reports through the event loop.
   while (component.isLoading()) {
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
                                     QEventLoop::WaitForMoreEvents);
@@ -49,12 +67,19 @@ void waitUntilRead(const QQmlComponent& component) {
 
 std::span<const TextStyle> openingScreenTextStyles() { return kOpeningScreenTextStyles; }
 
+void readyForOpeningScreen(const std::function<bool()>& stillReading) {
+  for (const TextStyle& style : kOpeningScreenTextStyles) readyFont(style);
+  if (!stillReading()) return;
+  readyDateFormats();
+  SymbolIcon::drawBundled(stillReading);
+}
+
 QQuickWindow* loadMainWindow(QQmlApplicationEngine& engine) {
   const QUrl mainWindow(QStringLiteral("qrc:/Brindlet/Main.qml"));
-  // Starts the loader thread on the window's files while this thread readies the fonts.
+  // Starts the loader thread on the window's files while this thread readies the opening screen.
   const QQmlComponent reading(&engine, mainWindow, QQmlComponent::Asynchronous);
   readyFontConfiguration(TextLaidOut::maybe);
-  for (const TextStyle& style : kOpeningScreenTextStyles) readyFont(style);
+  readyForOpeningScreen([&reading] { return stillReading(reading); });
   waitUntilRead(reading);
   // The window's objects are made while the loader thread reads the opening screen's files.
   // Asked for together with the window's own, they would be read in turn with them, and the

@@ -175,11 +175,11 @@ bool SymbolIcon::isDrawn(const QString& symbol, QSize pixels) {
   return iconCache().hasShape(symbol, pixels);
 }
 
-void SymbolIcon::drawBundled(const std::stop_token& stop) {
+void SymbolIcon::drawBundled(const std::function<bool()>& keepDrawing) {
   // Every bundled file is an icon; listing them without a name filter spares compiling one.
   const QStringList files = QDir(QStringLiteral(":/icons")).entryList(QDir::Files);
   for (const QString& file : files) {
-    if (stop.stop_requested()) return;
+    if (!keepDrawing()) return;
     for (const int size : kUsualSizes) iconCache().prepare(file.chopped(4), QSize(size, size));
   }
 }

@@ -6,7 +6,7 @@
 #include <QImage>
 #include <QQuickItem>
 #include <QString>
-#include <stop_token>
+#include <functional>
 
 #include "Theme.h"
 
@@ -44,9 +44,9 @@ class SymbolIcon : public QQuickItem {
   [[nodiscard]] static QImage drawn(const QString& symbol, const QColor& color, QSize pixels);
 
   /// Draws every bundled icon at the sizes the screens use, so that the window's first frame
-  /// finds them drawn; stops early once `stop` is requested. Safe on any thread once the
-  /// application object exists.
-  static void drawBundled(const std::stop_token& stop = {});
+  /// finds them drawn: one icon at a time, each once `keepDrawing` has said to go on. Safe on any
+  /// thread once the application object exists.
+  static void drawBundled(const std::function<bool()>& keepDrawing = [] { return true; });
   /// Whether `symbol` has been drawn at `pixels` in some colour.
   [[nodiscard]] static bool isDrawn(const QString& symbol, QSize pixels);
 

@@ -24,9 +24,8 @@
 Q_IMPORT_QML_PLUGIN(BrindletPlugin)
 
 int main(int argc, char* argv[]) {
-  brindlet::ui::StartupWarmUp warmUp;
+  const brindlet::ui::StartupWarmUp warmUp;
   QApplication app(argc, argv);
-  const auto iconsAllowed = warmUp.applicationStarted();
   QApplication::setApplicationName(QStringLiteral("Brindlet"));
   QApplication::setDesktopFileName(QStringLiteral(BRINDLET_APP_ID));
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/" BRINDLET_APP_ID ".svg")));

@@ -1,9 +1,11 @@
 // The main window's load and what waits for its first frame: the fonts readied ahead are the ones
-// its opening screen sets text in, and work left for after the first frame runs exactly once.
+// its opening screen sets text in, the rest is readied only while the window's files are read, and
+// work left for after the first frame runs exactly once.
 
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFont>
 #include <QTest>
@@ -14,6 +16,7 @@
 
 #include "MainWindowLoad.h"
 #include "MenuBarItem.h"
+#include "SymbolIcon.h"
 #include "UiFixture.h"
 #include "persistence/LocalStore.h"
 
@@ -184,6 +187,37 @@ TEST_F(HeldUpModelTest, TheTrayMenuClaimsNothingAboutTheTaskOrTheProtectionBefor
   const QStringList planned{"Open Brindlet", "---", "·Protection Off", "---", "Quit"};
   EXPECT_TRUE(QTest::qWaitFor([&] { return menuBar->entries() == planned; }, 10000));
   tearDownWindow();
+}
+
+int bundledIcons() {
+  return static_cast<int>(QDir(QStringLiteral(":/icons")).entryList(QDir::Files).size());
+}
+
+TEST(ReadyForOpeningScreenTest, WhileTheWindowsFilesAreReadEveryBundledIconIsDrawnAhead) {
+  int asked = 0;
+  ui::readyForOpeningScreen([&asked] {
+    ++asked;
+    return true;
+  });
+  EXPECT_EQ(asked, 1 + bundledIcons()) << "once before the date formats, then before each icon";
+  for (const int side : {12, 14, 16}) {
+    EXPECT_TRUE(ui::SymbolIcon::isDrawn(QStringLiteral("circle"), QSize(side, side))) << side;
+  }
+}
+
+TEST(ReadyForOpeningScreenTest, OnceTheWindowsFilesAreReadNothingButTheFontsIsReadiedAhead) {
+  int asked = 0;
+  ui::readyForOpeningScreen([&asked] {
+    ++asked;
+    return false;
+  });
+  EXPECT_EQ(asked, 1);
+}
+
+TEST(ReadyForOpeningScreenTest, TheReadyingStopsAtItsFirstStepAfterTheWindowsFilesAreRead) {
+  int asked = 0;
+  ui::readyForOpeningScreen([&asked] { return ++asked <= 3; });
+  EXPECT_EQ(asked, 4);
 }
 
 TEST(AfterFirstFrameTest, WorkLeftForAfterTheFirstFrameRunsOnceWhenItIsOut) {

@@ -1,61 +1,23 @@
-// The start-up warm-up against the application object's own start: these tests make the
-// application themselves, so they run in a process of their own.
+// The start-up warm-up's font configuration against the application object's own start: these
+// tests make the application themselves, so they run in a process of their own.
 
 #include <fontconfig/fontconfig.h>
 #include <gtest/gtest.h>
 
-#include <QElapsedTimer>
 #include <QFontMetricsF>
 #include <QGuiApplication>
-#include <chrono>
 #include <filesystem>
 #include <string>
-#include <thread>
 
 #include "PrivateSession.h"
 #include "StartupWarmUp.h"
-#include "SymbolIcon.h"
 
 namespace brindlet::testing {
 namespace {
 
-using namespace std::chrono_literals;
-
-const QString kIcon = QStringLiteral("circle");
-constexpr QSize kIconPixels(14, 14);
-
 int argc = 1;
 char programName[] = "ui_startup_tests";
 char* argv[] = {programName, nullptr};
-
-bool iconDrawnWithin(std::chrono::milliseconds limit) {
-  QElapsedTimer waited;
-  waited.start();
-  while (!ui::SymbolIcon::isDrawn(kIcon, kIconPixels)) {
-    if (waited.elapsed() > limit.count()) return false;
-    std::this_thread::sleep_for(5ms);
-  }
-  return true;
-}
-
-TEST(StartupOrderTest, AWarmUpWhoseApplicationNeverStartsEndsWithoutDrawingIcons) {
-  {
-    const ui::StartupWarmUp warmUp;
-    std::this_thread::sleep_for(200ms);
-  }
-  EXPECT_FALSE(ui::SymbolIcon::isDrawn(kIcon, kIconPixels));
-}
-
-TEST(StartupOrderTest, IconsAreDrawnOnlyOnceTheApplicationObjectExists) {
-  ui::StartupWarmUp warmUp;
-  // Drawing before the application object is whole crashes now and then, as the platform is still
-  // loading; no icon may be drawn however long the application takes to come.
-  EXPECT_FALSE(iconDrawnWithin(300ms));
-
-  const QGuiApplication application(argc, argv);
-  const auto iconsAllowed = warmUp.applicationStarted();
-  EXPECT_TRUE(iconDrawnWithin(10s));
-}
 
 // The file of the font that `config` picks for `name`, such as "sans-serif:bold".
 std::string fontFor(FcConfig* config, const char* name) {
